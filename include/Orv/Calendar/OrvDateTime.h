@@ -1,0 +1,183 @@
+/*
+ * OrvDateTime.h - the date-time value, and the vector and ordered set of such values.
+ *
+ * Conventions
+ *  1. Storage. The caller owns the storage of every value, vector and set. A
+ *     constructor fills it and returns its address, or returns null after releasing
+ *     whatever it took; storage whose constructor failed holds nothing and must not
+ *     be destructed. Every constructed object ends with its Destruct.
+ *  2. Results. Operations that can fail return OrvBool ORV_FALSE; readers returning
+ *     OrvInt give -1 for a bad selector or a failed normalization; readers returning
+ *     OrvTime give ORV_TIME_INVALID for "no answer".
+ *  3. Instants. wallTime counts nanoseconds since 1970-01-01T00:00:00 UTC, so
+ *     instants exist from 1677-09-21 to 2262-04-11. A value whose date lies outside
+ *     keeps its fields and reports ORV_TIME_INVALID as its instant.
+ *  4. Laziness. Field writers leave the fields as the authority; the next reader
+ *     carries them into range and works out offset and instant. Readers therefore
+ *     write to the value even through a const pointer.
+ *  5. Zones. A value holds one counted reference to its zone. A floating value (built
+ *     without a zone) holds the global UTC zone and reports no zone and no offset.
+ *  6. Calendar. Proleptic Gregorian for every year, days of exactly 86400 seconds,
+ *     no leap seconds. Divisions round towards minus infinity.
+ *  7. Threads. No locks. A value, vector or set must not be used from two threads
+ *     at once, reads included; values on different threads may share a zone.
+ *  8. Memory. Only the vector and the set allocate, always through the caller's
+ *     OrvAllocator, returning each block with the byte size it was obtained with.
+ *
+ * Example:
+ *
+ *     OrvDateTime d;
+ *     OrvDateTimeConstructFields(&d, 2024, 13, 1, 0, 0, 0, 0, OrvFixedTimezoneGetUTC());
+ *     // month 13 of 2024 carried: d reads 2025-01-01, instant 1735689600000000000
+ *     OrvTime t = OrvDateTimeGetWallTime(&d);
+ *     OrvDateTimeDestruct(&d);
+ */
+#ifndef ORV_CALENDAR_ORVDATETIME_H
+#define ORV_CALENDAR_ORVDATETIME_H
+
+#include "Orv/Calendar/OrvFixedTimezone.h"
+#include "Orv/Calendar/OrvTimezone.h"
+#include "Orv/Os/OrvTime.h"
+#include "Orv/Utils/OrvAllocator.h"
+#include "Orv/Utils/OrvString.h"
+
+ORV_EXTERN_C_BEGIN
+
+/** Days of the week; also the first day of a week for week numbering. */
+typedef enum OrvWeekday {
+    ORV_WEEKDAY_NoWeekday = -1,
+    ORV_WEEKDAY_Sunday = 0,
+    ORV_WEEKDAY_Monday = 1,
+    ORV_WEEKDAY_Tuesday = 2,
+    ORV_WEEKDAY_Wednesday = 3,
+    ORV_WEEKDAY_Thursday = 4,
+    ORV_WEEKDAY_Friday = 5,
+    ORV_WEEKDAY_Saturday = 6
+} OrvWeekday;
+
+/** Field selectors. A selector above ORV_DATETIMEFIELD_DayOfYear is invalid everywhere. */
+typedef enum OrvDateTimeField {
+    ORV_DATETIMEFIELD_Nanosecond = 0,
+    ORV_DATETIMEFIELD_Second = 1,
+    ORV_DATETIMEFIELD_Minute = 2,
+    ORV_DATETIMEFIELD_Hour = 3,
+    ORV_DATETIMEFIELD_DayOfWeek = 4,
+    ORV_DATETIMEFIELD_DayOfMonth = 5,
+    ORV_DATETIMEFIELD_Month = 6,
+    ORV_DATETIMEFIELD_Year = 7,
+    ORV_DATETIMEFIELD_WeekOfMonth = 8,
+    ORV_DATETIMEFIELD_WeekOfYear = 9,
+    ORV_DATETIMEFIELD_DayOfYear = 10
+} OrvDateTimeField;
+
+/**
+ * The date-time value (96 bytes). Members are public layout; use the functions.
+ *
+ * States between operations:
+ *  - consistent: normalized, and neither wallTime nor offset is ORV_TIME_INVALID; the
+ *    fields are the calendar reading of wallTime + offset;
+ *  - fields pending: !normalized or offset == ORV_TIME_INVALID; the fields (possibly
+ *    out of range, month 13, hour -1) are the authority;
+ *  - instant not representable: normalized, offset real, wallTime ORV_TIME_INVALID.
+ */
+typedef struct OrvDateTime {
+    OrvInt nanosec;   /* 0..999999999 once normalized */
+    OrvInt sec;       /* 0..59 */
+    OrvInt min;       /* 0..59 */
+    OrvInt hour;      /* 0..23 */
+    OrvInt monthDay;  /* 1..length of the month */
+    OrvInt month;     /* 1..12 */
+    OrvInt year;      /* proleptic Gregorian */
+    OrvTime wallTime; /* the instant, ns since 1970-01-01T00:00:00 UTC */
+    OrvTime offset;   /* local minus UTC at that instant, ns */
+    OrvTimezone tz;   /* one counted reference */
+    OrvWeekday firstDayOfWeek;     /* Sunday..Saturday; Monday by default */
+    OrvInt minimalDaysInFirstWeek; /* 1..7; 4 by default (ISO 8601) */
+    OrvBool normalized;
+    OrvBool floating;
+} OrvDateTime;
+
+/* ---------------------------------------------------------------------------------
+ * Construction, copy and release
+ * ------------------------------------------------------------------------------ */
+
+/** 1970-01-01T00:00:00Z in the global UTC zone (not floating), Monday/4. Returns d. */
+ORV_API OrvDateTime* OrvDateTimeConstructDefault(OrvDateTime* d);
+
+/** The instant t read in tz, or floating (read as UTC) when tz is null.
+ *  Null when the zone has no offset at t, when t is ORV_TIME_INVALID, or when t plus
+ *  the offset leaves the 64-bit range (logged as an error).
+ *      OrvDateTimeConstruct(&d, 0, NULL);   // 1970-01-01T00:00:00, floating */
+ORV_API OrvDateTime* OrvDateTimeConstruct(OrvDateTime* d, OrvTime t, const OrvTimezone* tz);
+
+/** The local reading given by the fields in tz (floating when tz is null), carried
+ *  into range: month 13 of 2024 is January 2025, day 0 the last day of the month
+ *  before, hour -1 23:00 of the day before. A reading the zone skips moves forward
+ *  by the zone's correction. A date outside the instant range is built with its
+ *  fields and ORV_TIME_INVALID as its instant (logged at info level).
+ *  Null only when the zone has no offset for the reading or its instant.
+ *
+ *  Fields near the 32-bit limits: carrying is exact (done in 64-bit arithmetic), in
+ *  constant time whatever the size of a field. When the carried year does not fit
+ *  in 32 bits it wraps modulo 2^32; no input crashes. */
+ORV_API OrvDateTime* OrvDateTimeConstructFields(OrvDateTime* d, OrvInt year, OrvInt month, OrvInt day,
+                                                OrvInt hour, OrvInt minute, OrvInt second, OrvInt nanosecs,
+                                                const OrvTimezone* tz);
+
+/** A copy of orig, taking one more reference to its zone; orig is not normalized
+ *  first. Never fails. Returns d. */
+ORV_API OrvDateTime* OrvDateTimeConstructCopy(OrvDateTime* d, const OrvDateTime* orig);
+/** Makes the constructed d a copy of orig (zone reference moved as needed). Returns d. */
+ORV_API OrvDateTime* OrvDateTimeAssign(OrvDateTime* d, const OrvDateTime* orig);
+/** Drops d's zone reference. */
+ORV_API void OrvDateTimeDestruct(OrvDateTime* d);
+
+/** d's own zone handle (valid while d lives), or null for a floating value. */
+ORV_API const OrvTimezone* OrvDateTimeGetTimezone(const OrvDateTime* d);
+/** True for a value that belongs to no zone. */
+ORV_API OrvBool OrvDateTimeIsFloating(const OrvDateTime* d);
+ORV_API OrvWeekday OrvDateTimeGetFirstDayOfWeek(const OrvDateTime* d);
+/** Stores w when it is Sunday..Saturday; false and nothing changed otherwise. */
+ORV_API OrvBool OrvDateTimeSetFirstDayOfWeek(OrvDateTime* d, OrvWeekday w);
+ORV_API OrvInt OrvDateTimeGetMinimalDaysInFirstWeek(OrvDateTime* d);
+/** Stores days when it is 1..7; false and nothing changed otherwise. */
+ORV_API OrvBool OrvDateTimeSetMinimalDaysInFirstWeek(OrvDateTime* d, OrvInt days);
+
+/** Days from 1970-01-01 to d's stored local date, read as it stands (no
+ *  normalization). For the library's own use. A month outside 1..12 is carried into
+ *  the year for this count; the stored fields are not changed. */
+ORV_API OrvTime OrvDateTimeGetDaysSincePosixEpoch_(const OrvDateTime* d);
+
+/* ---------------------------------------------------------------------------------
+ * Zone, offset and instant
+ * ------------------------------------------------------------------------------ */
+
+/* DATETIME-ZONE-DECLARATIONS */
+
+/* ---------------------------------------------------------------------------------
+ * Fields, week numbering and ranges
+ * ------------------------------------------------------------------------------ */
+
+/* DATETIME-FIELD-DECLARATIONS */
+
+/* ---------------------------------------------------------------------------------
+ * Equality and ordering
+ * ------------------------------------------------------------------------------ */
+
+/* DATETIME-COMPARE-DECLARATIONS */
+
+/* ---------------------------------------------------------------------------------
+ * Text form and weekday codes
+ * ------------------------------------------------------------------------------ */
+
+/* DATETIME-TEXT-DECLARATIONS */
+
+ORV_EXTERN_C_END
+
+/* ---------------------------------------------------------------------------------
+ * Containers: OrvVector_OrvDateTime and OrvSet_OrvDateTime
+ * ------------------------------------------------------------------------------ */
+
+/* DATETIME-CONTAINER-DECLARATIONS */
+
+#endif /* ORV_CALENDAR_ORVDATETIME_H */

@@ -1,0 +1,48 @@
+// Module-internal operations of the date-time value, shared by its source files (and
+// reachable by the tests and benchmarks, which link the library statically).
+#ifndef ORV_SRC_CALENDAR_ORVDATETIMEINTERNAL_H
+#define ORV_SRC_CALENDAR_ORVDATETIMEINTERNAL_H
+
+#include "Orv/Calendar/OrvDateTime.h"
+
+extern "C" {
+
+// Fields from wallTime + offset. False (error logged, nothing changed) when wallTime is
+// invalid or the sum leaves the 64-bit range.
+OrvBool OrvDateTimeSetFieldsFromWall(OrvDateTime* d);
+// Brings the value to the consistent state, or to "instant not representable". False
+// when the zone gives no offset, or when re-deriving the fields fails.
+OrvBool OrvDateTimeNormalizeAndSetWall(OrvDateTime* d);
+// Carries out-of-range fields into range. Always true.
+OrvBool OrvDateTimeNormalizeFields(OrvDateTime* d);
+// wallTime from the (normalized) fields and a real offset; ORV_TIME_INVALID, with an
+// info line, when the instant is not representable. Always true.
+OrvBool OrvDateTimeSetWallFromFields(OrvDateTime* d);
+// Day of the year of the stored date, 1..366 for in-range fields; no normalization.
+OrvInt OrvDateTimeCalculateDayOfYear(const OrvDateTime* d);
+
+} // extern "C"
+
+namespace orv::detail {
+
+// The consistent state, tested inline so that readers of consistent values pay three
+// comparisons and no call.
+inline bool IsConsistent(const OrvDateTime* d)
+{
+    return d->normalized && d->wallTime != ORV_TIME_INVALID && d->offset != ORV_TIME_INVALID;
+}
+
+// OrvDateTimeNormalizeAndSetWall for readers that hold the value read-only: the value
+// is brought up to date in place, as every reader of the module does.
+inline bool Normalize(const OrvDateTime* d)
+{
+    return IsConsistent(d) || OrvDateTimeNormalizeAndSetWall(const_cast<OrvDateTime*>(d));
+}
+
+// Takes the zone for a new value: tz, or the global UTC zone and floating when tz is
+// null; Monday and 4 for the week settings.
+void TakeZone(OrvDateTime* d, const OrvTimezone* tz);
+
+} // namespace orv::detail
+
+#endif // ORV_SRC_CALENDAR_ORVDATETIMEINTERNAL_H

@@ -1,0 +1,2 @@
+#include "Orv/Calendar/OrvDateTime.h"
+int main(void) { return 0; }

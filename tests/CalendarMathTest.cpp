@@ -1,0 +1,2 @@
+#include <gtest/gtest.h>
+TEST(Placeholder, CalendarMathTest) { EXPECT_TRUE(true); }

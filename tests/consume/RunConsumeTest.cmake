@@ -1,0 +1,37 @@
+# Installs the already built library into a scratch prefix, then builds and runs the C
+# consumer against it through find_package and through pkg-config.
+set(prefix ${WORK_DIR}/prefix)
+file(REMOVE_RECURSE ${WORK_DIR})
+
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+    if(NOT rc EQUAL 0)
+        message(FATAL_ERROR "failed (${rc}): ${ARGN}\n${out}\n${err}")
+    endif()
+    set(last_output "${out}" PARENT_SCOPE)
+endfunction()
+
+run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
+foreach(f include/Orv/Calendar/OrvDateTime.h lib/liborvcalendar.a lib/pkgconfig/orvcalendar.pc
+          lib/cmake/OrvCalendar/OrvCalendarConfig.cmake)
+    if(NOT EXISTS ${prefix}/${f})
+        message(FATAL_ERROR "not installed: ${f}")
+    endif()
+endforeach()
+
+foreach(mode cmake pkgconfig)
+    set(bdir ${WORK_DIR}/build-${mode})
+    if(mode STREQUAL "pkgconfig")
+        set(extra -DUSE_PKGCONFIG=ON)
+        set(ENV{PKG_CONFIG_PATH} ${prefix}/lib/pkgconfig)
+    else()
+        set(extra -DCMAKE_PREFIX_PATH=${prefix})
+    endif()
+    run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/consume -B ${bdir} -DCMAKE_C_COMPILER=${CMAKE_C_COMPILER} ${extra})
+    run(${CMAKE_COMMAND} --build ${bdir})
+    run(${bdir}/consumer)
+    if(NOT last_output STREQUAL "2025-01-01 1735689600000000000\n")
+        message(FATAL_ERROR "${mode} consumer printed: '${last_output}'")
+    endif()
+    message(STATUS "${mode} consumer: ${last_output}")
+endforeach()

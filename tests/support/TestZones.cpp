@@ -1,0 +1,86 @@
+#include "support/TestZones.h"
+
+#include "Calendar/CalendarMath.hpp"
+
+#include <new>
+
+namespace orv::test {
+
+namespace {
+
+struct TransitionZone {
+    OrvTimezoneImpl base;
+    TransitionZoneSpec spec;
+    int* deleterCalls;
+};
+
+TransitionZone* Self(OrvTimezoneImpl* impl) { return reinterpret_cast<TransitionZone*>(impl); }
+
+OrvTime OffsetAt(const TransitionZoneSpec& spec, OrvTime t)
+{
+    OrvTime offset = spec.initialOffset;
+    for (const Transition& tr : spec.transitions) {
+        if (t < tr.at) break;
+        offset = tr.offset;
+    }
+    return offset;
+}
+
+OrvTime GetOffset(OrvTimezoneImpl* impl, OrvTime t)
+{
+    const TransitionZoneSpec& spec = Self(impl)->spec;
+    return spec.failInstants ? ORV_TIME_INVALID : OffsetAt(spec, t);
+}
+
+OrvTime GetOffsetFromFields(OrvTimezoneImpl* impl, OrvInt y, OrvInt mo, OrvInt d, OrvInt h, OrvInt mi, OrvInt s,
+                            OrvTime ns)
+{
+    const TransitionZoneSpec& spec = Self(impl)->spec;
+    if (spec.failFields) return ORV_TIME_INVALID;
+    const OrvTime local = UtcInstant(y, mo, d, h, mi, s, ns);
+    // Segment i holds offset o_i on [start_i, end_i).
+    const std::size_t n = spec.transitions.size();
+    for (std::size_t i = 0; i <= n; ++i) {
+        const OrvTime o = i == 0 ? spec.initialOffset : spec.transitions[i - 1].offset;
+        const bool hasEnd = i < n;
+        const OrvTime u = local - o;
+        if (hasEnd && u >= spec.transitions[i].at) continue;
+        if (i == 0 || u >= spec.transitions[i - 1].at) return o;                    // first occurrence
+        return i == 1 ? spec.initialOffset : spec.transitions[i - 2].offset;        // skipped: offset before
+    }
+    return ORV_TIME_INVALID; // unreachable
+}
+
+constexpr OrvTimezoneImplPlugIn kPlugIn = {GetOffset, GetOffsetFromFields};
+
+void Delete(OrvVoidPtr obj, OrvAllocator*)
+{
+    auto* zone = static_cast<TransitionZone*>(obj);
+    if (zone->deleterCalls != nullptr) ++*zone->deleterCalls;
+    delete zone;
+}
+
+} // namespace
+
+OrvTimezone* MakeTransitionZone(OrvTimezone* tz, const TransitionZoneSpec& spec, OrvAllocator* a, int* deleterCalls)
+{
+    auto* zone = new TransitionZone{{&kPlugIn}, spec, deleterCalls};
+    if (OrvTimezoneConstruct(tz, &zone->base, a, Delete) == nullptr) {
+        delete zone;
+        return nullptr;
+    }
+    return tz;
+}
+
+TransitionZoneSpec DstSpec()
+{
+    return {kHour, {{UtcInstant(2024, 3, 31, 1), 2 * kHour}, {UtcInstant(2024, 10, 27, 1), kHour}}, false, false};
+}
+
+OrvTime UtcInstant(int y, int mo, int d, int h, int mi, int s, OrvTime ns)
+{
+    const OrvInt64 days = orv::cal::DaysFromCivil(y, mo, d);
+    return ((days * 24 + h) * 60 + mi) * 60 * ORV_TIME_NANOSECONDS_PER_SECOND + s * ORV_TIME_NANOSECONDS_PER_SECOND + ns;
+}
+
+} // namespace orv::test
