@@ -1,8 +1,8 @@
 // Benchmarks are named "<group>:<implementation>[/<args>]", for example
 // "InstantToFields:orv", "InstantToFields:gmtime_r" or "SetFind:std::set/1000". After the
 // usual console output a table lists, for every group and argument set, each
-// implementation's time per item and its ratio to the "orv" row (below 1: orv is
-// faster), since the machines are shared and only same-run ratios are meaningful.
+// implementation's time per item and that time divided by the "orv" row's (above 1:
+// orv is faster), since the machines are shared and only same-run ratios mean much.
 #ifndef ORV_BENCH_RATIOREPORTER_H
 #define ORV_BENCH_RATIOREPORTER_H
 
