@@ -1,2 +1,288 @@
+// Construction, copy, assignment and release of date-time values, with the zone's
+// reference counts watched through a counting allocator and a counted test zone.
+#include "Calendar/OrvDateTimeInternal.h"
+#include "support/CountingAllocator.h"
+#include "support/TestZones.h"
+
 #include <gtest/gtest.h>
-TEST(Placeholder, DateTimeLifecycleTest) { EXPECT_TRUE(true); }
+
+#include <climits>
+
+namespace {
+
+using orv::test::CountingAllocator;
+using orv::test::kHour;
+using orv::test::MakeTransitionZone;
+using orv::test::TransitionZoneSpec;
+
+struct Ymd {
+    OrvInt year, month, day, hour, min, sec, nanos;
+};
+
+void ExpectFields(const OrvDateTime& d, const Ymd& e)
+{
+    EXPECT_EQ(d.year, e.year);
+    EXPECT_EQ(d.month, e.month);
+    EXPECT_EQ(d.monthDay, e.day);
+    EXPECT_EQ(d.hour, e.hour);
+    EXPECT_EQ(d.min, e.min);
+    EXPECT_EQ(d.sec, e.sec);
+    EXPECT_EQ(d.nanosec, e.nanos);
+}
+
+// A counted zone at a fixed offset, owned by the fixture.
+class LifecycleTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        TransitionZoneSpec spec;
+        spec.initialOffset = kHour;
+        ASSERT_NE(MakeTransitionZone(&zone_, spec, alloc_.get(), &deleterCalls_), nullptr);
+    }
+    void TearDown() override
+    {
+        if (!zoneReleased_) OrvTimezoneDestruct(&zone_);
+        EXPECT_EQ(deleterCalls_, 1);
+        EXPECT_EQ(alloc_.liveBlocks(), 0u);
+        EXPECT_EQ(alloc_.badDeallocations(), 0u);
+    }
+    void ReleaseZone()
+    {
+        OrvTimezoneDestruct(&zone_);
+        zoneReleased_ = true;
+    }
+    OrvInt Uses() const { return OrvTimezoneGetUseCount(&zone_); }
+
+    CountingAllocator alloc_;
+    OrvTimezone zone_;
+    int deleterCalls_ = 0;
+    bool zoneReleased_ = false;
+};
+
+TEST(ConstructDefault, IsTheEpochInUtcWithIsoWeeks)
+{
+    OrvDateTime d;
+    ASSERT_EQ(OrvDateTimeConstructDefault(&d), &d);
+    ExpectFields(d, {1970, 1, 1, 0, 0, 0, 0});
+    EXPECT_EQ(d.wallTime, 0);
+    EXPECT_EQ(d.offset, 0);
+    EXPECT_TRUE(d.normalized);
+    EXPECT_FALSE(OrvDateTimeIsFloating(&d));
+    EXPECT_NE(OrvDateTimeGetTimezone(&d), nullptr);
+    EXPECT_TRUE(OrvFixedTimezoneIsGlobalUTC(OrvDateTimeGetTimezone(&d)));
+    EXPECT_EQ(OrvDateTimeGetFirstDayOfWeek(&d), ORV_WEEKDAY_Monday);
+    EXPECT_EQ(OrvDateTimeGetMinimalDaysInFirstWeek(&d), 4);
+    OrvDateTimeDestruct(&d);
+}
+
+TEST(Construct, WithoutZoneIsFloatingUtcReading)
+{
+    OrvDateTime d;
+    ASSERT_EQ(OrvDateTimeConstruct(&d, 0, nullptr), &d);
+    ExpectFields(d, {1970, 1, 1, 0, 0, 0, 0});
+    EXPECT_TRUE(OrvDateTimeIsFloating(&d));
+    EXPECT_EQ(OrvDateTimeGetTimezone(&d), nullptr);
+    EXPECT_EQ(d.offset, 0);
+    OrvDateTimeDestruct(&d);
+}
+
+TEST_F(LifecycleTest, ConstructReadsTheInstantInTheZone)
+{
+    OrvDateTime d;
+    ASSERT_EQ(OrvDateTimeConstruct(&d, orv::test::UtcInstant(2024, 5, 1, 9, 30), &zone_), &d);
+    ExpectFields(d, {2024, 5, 1, 10, 30, 0, 0});
+    EXPECT_EQ(d.offset, kHour);
+    EXPECT_FALSE(OrvDateTimeIsFloating(&d));
+    EXPECT_EQ(OrvDateTimeGetTimezone(&d), &d.tz);
+    EXPECT_EQ(Uses(), 2);
+    OrvDateTimeDestruct(&d);
+    EXPECT_EQ(Uses(), 1);
+}
+
+TEST_F(LifecycleTest, FailedConstructionsGiveTheZoneReferenceBack)
+{
+    OrvDateTime d;
+    EXPECT_EQ(OrvDateTimeConstruct(&d, ORV_TIME_INVALID, &zone_), nullptr);
+    EXPECT_EQ(Uses(), 1);
+    EXPECT_EQ(OrvDateTimeConstruct(&d, INT64_MAX - kHour + 1, &zone_), nullptr); // local reading wraps
+    EXPECT_EQ(Uses(), 1);
+
+    for (bool failFields : {true, false}) {
+        TransitionZoneSpec spec;
+        spec.failFields = failFields;
+        spec.failInstants = !failFields;
+        OrvTimezone broken;
+        int calls = 0;
+        ASSERT_NE(MakeTransitionZone(&broken, spec, alloc_.get(), &calls), nullptr);
+        EXPECT_EQ(OrvDateTimeConstructFields(&d, 2024, 5, 1, 0, 0, 0, 0, &broken), nullptr);
+        EXPECT_EQ(OrvTimezoneGetUseCount(&broken), 1);
+        if (!failFields) {
+            EXPECT_EQ(OrvDateTimeConstruct(&d, 0, &broken), nullptr);
+        }
+        EXPECT_EQ(OrvTimezoneGetUseCount(&broken), 1);
+        OrvTimezoneDestruct(&broken);
+        EXPECT_EQ(calls, 1);
+    }
+}
+
+TEST(ConstructFields, CarriesOutOfRangeFields)
+{
+    struct Case {
+        Ymd in, out;
+    };
+    const Case cases[] = {
+        {{2024, 13, 1, 0, 0, 0, 0}, {2025, 1, 1, 0, 0, 0, 0}},
+        {{2024, 3, 0, 0, 0, 0, 0}, {2024, 2, 29, 0, 0, 0, 0}},
+        {{2023, 3, 0, 0, 0, 0, 0}, {2023, 2, 28, 0, 0, 0, 0}},
+        {{2024, 1, 1, 24, 60, 60, 1000000000}, {2024, 1, 2, 1, 1, 1, 0}},
+        {{2024, 1, 1, -1, -1, -1, -1}, {2023, 12, 31, 22, 58, 58, 999999999}},
+        {{2024, 2, 30, 0, 0, 0, 0}, {2024, 3, 1, 0, 0, 0, 0}},
+        {{2000, 1, 100000000, 0, 0, 0, 0}, {275790, 9, 12, 0, 0, 0, 0}},
+        {{2000, 1, -100000000, 0, 0, 0, 0}, {-271791, 4, 19, 0, 0, 0, 0}},
+        {{2000, 1, 1, 0, 0, 0, INT_MIN}, {1999, 12, 31, 23, 59, 57, 852516352}},
+    };
+    for (const Case& c : cases) {
+        OrvDateTime d;
+        ASSERT_NE(OrvDateTimeConstructFields(&d, c.in.year, c.in.month, c.in.day, c.in.hour, c.in.min, c.in.sec,
+                                             c.in.nanos, OrvFixedTimezoneGetUTC()),
+                  nullptr);
+        SCOPED_TRACE(testing::Message() << c.in.year << "-" << c.in.month << "-" << c.in.day);
+        ExpectFields(d, c.out);
+        EXPECT_TRUE(d.normalized);
+        EXPECT_FALSE(OrvDateTimeIsFloating(&d));
+        OrvDateTimeDestruct(&d);
+    }
+}
+
+TEST(ConstructFields, FieldsAtThe32BitLimitsGiveDefinedInRangeResults)
+{
+    // Every combination of extreme fields must carry exactly (64-bit intermediate
+    // arithmetic) and leave every field in range; the sanitizer build checks that no
+    // signed overflow happens on the way.
+    const OrvInt extremes[] = {INT_MIN, -1, 0, INT_MAX};
+    for (OrvInt year : extremes)
+        for (OrvInt month : extremes)
+            for (OrvInt day : extremes)
+                for (OrvInt time : extremes) {
+                    OrvDateTime d;
+                    ASSERT_NE(OrvDateTimeConstructFields(&d, year, month, day, time, time, time, time, nullptr), nullptr);
+                    EXPECT_GE(d.month, 1);
+                    EXPECT_LE(d.month, 12);
+                    EXPECT_GE(d.monthDay, 1);
+                    EXPECT_LE(d.monthDay, 31);
+                    EXPECT_GE(d.hour, 0);
+                    EXPECT_LE(d.hour, 23);
+                    EXPECT_GE(d.nanosec, 0);
+                    OrvDateTimeDestruct(&d);
+                }
+    OrvDateTime d;
+    ASSERT_NE(OrvDateTimeConstructFields(&d, INT_MAX, 12, 31, 23, 59, 59, 1000000000, nullptr), nullptr);
+    EXPECT_EQ(d.year, INT_MIN); // the year wraps modulo 2^32 past the 32-bit range
+    EXPECT_EQ(d.month, 1);
+    EXPECT_EQ(d.monthDay, 1);
+    OrvDateTimeDestruct(&d);
+}
+
+TEST(ConstructFields, DateOutsideTheInstantRangeKeepsItsFields)
+{
+    OrvDateTime d;
+    ASSERT_NE(OrvDateTimeConstructFields(&d, 3000, 1, 1, 0, 0, 0, 0, OrvFixedTimezoneGetUTC()), nullptr);
+    ExpectFields(d, {3000, 1, 1, 0, 0, 0, 0});
+    EXPECT_EQ(d.wallTime, ORV_TIME_INVALID);
+    EXPECT_EQ(d.offset, 0);
+    EXPECT_TRUE(d.normalized);
+    OrvDateTimeDestruct(&d);
+}
+
+TEST(WeekSettings, SettersAcceptOnlyTheirRanges)
+{
+    OrvDateTime d;
+    OrvDateTimeConstructDefault(&d);
+    for (int w : {-1, 7, 100}) {
+        EXPECT_FALSE(OrvDateTimeSetFirstDayOfWeek(&d, static_cast<OrvWeekday>(w)));
+        EXPECT_EQ(OrvDateTimeGetFirstDayOfWeek(&d), ORV_WEEKDAY_Monday);
+    }
+    for (OrvWeekday w : {ORV_WEEKDAY_Sunday, ORV_WEEKDAY_Saturday}) {
+        EXPECT_TRUE(OrvDateTimeSetFirstDayOfWeek(&d, w));
+        EXPECT_EQ(OrvDateTimeGetFirstDayOfWeek(&d), w);
+    }
+    for (OrvInt n : {0, 8, -1}) {
+        EXPECT_FALSE(OrvDateTimeSetMinimalDaysInFirstWeek(&d, n));
+        EXPECT_EQ(OrvDateTimeGetMinimalDaysInFirstWeek(&d), 4);
+    }
+    for (OrvInt n : {1, 7}) {
+        EXPECT_TRUE(OrvDateTimeSetMinimalDaysInFirstWeek(&d, n));
+        EXPECT_EQ(OrvDateTimeGetMinimalDaysInFirstWeek(&d), n);
+    }
+    OrvDateTime copy;
+    OrvDateTimeConstructCopy(&copy, &d);
+    EXPECT_EQ(OrvDateTimeGetFirstDayOfWeek(&copy), ORV_WEEKDAY_Saturday);
+    EXPECT_EQ(OrvDateTimeGetMinimalDaysInFirstWeek(&copy), 7);
+    OrvDateTimeDestruct(&copy);
+    OrvDateTimeDestruct(&d);
+}
+
+TEST_F(LifecycleTest, CopiesShareTheZoneAndTheLastReleaseDeletesItOnce)
+{
+    OrvDateTime a, b;
+    ASSERT_NE(OrvDateTimeConstructFields(&a, 2024, 5, 1, 9, 30, 0, 0, &zone_), nullptr);
+    OrvDateTimeConstructCopy(&b, &a);
+    EXPECT_EQ(Uses(), 3);
+    EXPECT_EQ(b.wallTime, a.wallTime);
+    ReleaseZone();
+    EXPECT_EQ(OrvTimezoneGetUseCount(&b.tz), 2);
+    OrvDateTimeDestruct(&a);
+    EXPECT_EQ(deleterCalls_, 0);
+    EXPECT_EQ(OrvTimezoneGetUseCount(&b.tz), 1);
+    OrvDateTimeDestruct(&b);
+    EXPECT_EQ(deleterCalls_, 1);
+    ASSERT_EQ(alloc_.deallocatedSizes().size(), 1u);
+    EXPECT_EQ(alloc_.deallocatedSizes()[0], 8u); // the count block, once, with its size
+}
+
+TEST_F(LifecycleTest, CopyOfAPendingValueStaysPending)
+{
+    OrvDateTime a, b;
+    ASSERT_NE(OrvDateTimeConstructFields(&a, 2024, 5, 1, 9, 30, 0, 0, &zone_), nullptr);
+    a.month = 14;
+    a.normalized = ORV_FALSE;
+    a.offset = ORV_TIME_INVALID;
+    OrvDateTimeConstructCopy(&b, &a);
+    EXPECT_EQ(b.month, 14);
+    EXPECT_FALSE(b.normalized);
+    EXPECT_EQ(b.offset, ORV_TIME_INVALID);
+    OrvDateTimeDestruct(&a);
+    OrvDateTimeDestruct(&b);
+}
+
+TEST_F(LifecycleTest, AssignMovesReferencesOnlyBetweenDifferentZones)
+{
+    OrvDateTime a, b, utc;
+    ASSERT_NE(OrvDateTimeConstruct(&a, 0, &zone_), nullptr);
+    ASSERT_NE(OrvDateTimeConstruct(&b, kHour, &zone_), nullptr);
+    OrvDateTimeConstructDefault(&utc);
+    EXPECT_EQ(Uses(), 3);
+
+    OrvDateTimeAssign(&a, &a);
+    EXPECT_EQ(Uses(), 3);
+    OrvDateTimeAssign(&a, &b); // same zone
+    EXPECT_EQ(Uses(), 3);
+    EXPECT_EQ(a.wallTime, kHour);
+
+    OrvDateTimeAssign(&a, &utc); // to the uncounted UTC zone
+    EXPECT_EQ(Uses(), 2);
+    EXPECT_TRUE(OrvFixedTimezoneIsGlobalUTC(&a.tz));
+    EXPECT_EQ(a.wallTime, 0);
+    OrvDateTimeAssign(&a, &b); // and back
+    EXPECT_EQ(Uses(), 3);
+
+    ReleaseZone();
+    OrvDateTimeAssign(&b, &utc);
+    OrvDateTimeAssign(&a, &utc); // drops the last reference: the zone goes
+    EXPECT_EQ(deleterCalls_, 1);
+    OrvDateTimeDestruct(&a);
+    OrvDateTimeDestruct(&b);
+    OrvDateTimeDestruct(&utc);
+}
+
+} // namespace
