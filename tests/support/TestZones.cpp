@@ -43,7 +43,8 @@ OrvTime GetOffsetFromFields(OrvTimezoneImpl* impl, OrvInt y, OrvInt mo, OrvInt d
     for (std::size_t i = 0; i <= n; ++i) {
         const OrvTime o = i == 0 ? spec.initialOffset : spec.transitions[i - 1].offset;
         const bool hasEnd = i < n;
-        const OrvTime u = local - o;
+        OrvTime u;
+        if (__builtin_sub_overflow(local, o, &u)) u = local < 0 ? INT64_MIN : INT64_MAX;
         if (hasEnd && u >= spec.transitions[i].at) continue;
         if (i == 0 || u >= spec.transitions[i - 1].at) return o;                    // first occurrence
         return i == 1 ? spec.initialOffset : spec.transitions[i - 2].offset;        // skipped: offset before
@@ -79,8 +80,12 @@ TransitionZoneSpec DstSpec()
 
 OrvTime UtcInstant(int y, int mo, int d, int h, int mi, int s, OrvTime ns)
 {
-    const OrvInt64 days = orv::cal::DaysFromCivil(y, mo, d);
-    return ((days * 24 + h) * 60 + mi) * 60 * ORV_TIME_NANOSECONDS_PER_SECOND + s * ORV_TIME_NANOSECONDS_PER_SECOND + ns;
+    // Saturates outside the instant range, so zones can be asked about any reading.
+    const OrvInt64 secs = ((orv::cal::DaysFromCivil(y, mo, d) * 24 + h) * 60 + mi) * 60 + s;
+    OrvTime t;
+    if (__builtin_mul_overflow(secs, ORV_TIME_NANOSECONDS_PER_SECOND, &t) || __builtin_add_overflow(t, ns, &t))
+        return secs < 0 ? INT64_MIN : INT64_MAX - 1;
+    return t;
 }
 
 } // namespace orv::test
