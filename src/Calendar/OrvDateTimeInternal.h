@@ -20,6 +20,10 @@ OrvBool OrvDateTimeNormalizeFields(OrvDateTime* d);
 OrvBool OrvDateTimeSetWallFromFields(OrvDateTime* d);
 // Day of the year of the stored date, 1..366 for in-range fields; no normalization.
 OrvInt OrvDateTimeCalculateDayOfYear(const OrvDateTime* d);
+// The text-form parser behind the four text entries: cstr holds len characters.
+// Refuses before touching d when the shape or a field is wrong; afterwards d holds
+// the parsed fields (and UTC for a Z) even when it refuses, so callers restore it.
+OrvBool OrvDateTimeDoSetString_(OrvDateTime* d, const char* cstr, OrvSizeT len);
 
 } // extern "C"
 

@@ -170,7 +170,46 @@ ORV_API OrvTime OrvDateTimeGetDaysSincePosixEpoch_(const OrvDateTime* d);
  * Text form and weekday codes
  * ------------------------------------------------------------------------------ */
 
-/* DATETIME-TEXT-DECLARATIONS */
+/* The text form is exactly 15 or 16 characters: YYYYMMDD, an upper-case T, HHMMSS and
+ * an optional upper-case Z for UTC. No fraction of a second, no numeric offset. Text
+ * without Z is a local reading in the receiving value's zone, or floating. */
+
+/** Writes d as text into str, replacing its content: "20240501T093000Z" when d is in
+ *  the global UTC zone (floating values included), "20240501T093000" otherwise. The
+ *  stored fields are written as they stand, without normalizing (a pending month 13
+ *  shows as 13); nanoseconds are not written. False when str cannot grow. */
+ORV_API OrvBool OrvDateTimeGetString(const OrvDateTime* d, OrvString* str);
+
+/** Builds d from the text in str. Text with Z gives a UTC value whatever tz is; text
+ *  without Z is read in tz, or floating when tz is null. Null, with nothing held, when
+ *  the text is not the text form or names a reading that does not exist as written
+ *  (30 February, hour 24, second 60, a local time the zone skips).
+ *  Each field is read as strtoul reads it in base 10 and must fill its width exactly,
+ *  so "+024" or " 024" read as the year 24 while "2024-05-01" is refused. */
+ORV_API OrvDateTime* OrvDateTimeConstructString(OrvDateTime* d, const OrvString* str, const OrvTimezone* tz);
+
+/** OrvDateTimeConstructString for a zero-terminated string.
+ *      OrvDateTimeConstructCStr(&d, "20240501T093000Z", NULL);  // UTC, not floating
+ *      OrvDateTimeConstructCStr(&d, "20240501T093000", NULL);   // floating */
+ORV_API OrvDateTime* OrvDateTimeConstructCStr(OrvDateTime* d, const char* str, const OrvTimezone* tz);
+
+/** Replaces the value of the constructed d with the text in str. Text with Z moves d
+ *  to UTC; text without Z is read in d's own zone (floating stays floating). The week
+ *  settings are kept. False when the text is refused (as for OrvDateTimeConstructString);
+ *  d, its zone reference and its floating flag are then exactly as before. */
+ORV_API OrvBool OrvDateTimeSetString(OrvDateTime* d, const OrvString* str);
+
+/** OrvDateTimeSetString for a zero-terminated string. */
+ORV_API OrvBool OrvDateTimeSetCStr(OrvDateTime* d, const char* str);
+
+/** Reads a two-letter weekday code, ignoring case ("SU", "mo", "Tu", ...), into *w and
+ *  returns w. Anything else ("SUN", "", " MO") stores ORV_WEEKDAY_NoWeekday and
+ *  returns null. */
+ORV_API OrvWeekday* OrvWeekdayConstructCStr(OrvWeekday* w, const char* str);
+
+/** Appends the upper-case code of *w ("WE" for ORV_WEEKDAY_Wednesday) to str. False,
+ *  with str unchanged, for a weekday outside Sunday..Saturday or when str cannot grow. */
+ORV_API OrvBool OrvWeekdayAppendToString(const OrvWeekday* w, OrvString* str);
 
 ORV_EXTERN_C_END
 
