@@ -152,19 +152,114 @@ ORV_API OrvTime OrvDateTimeGetDaysSincePosixEpoch_(const OrvDateTime* d);
  * Zone, offset and instant
  * ------------------------------------------------------------------------------ */
 
-/* DATETIME-ZONE-DECLARATIONS */
+/** Moves d to zone tz, keeping its local date and time; tz null makes it floating (read
+ *  as UTC, reporting no zone and no offset). The instant is worked out again, so it
+ *  changes by the difference of the two zones' offsets; a local time the new zone
+ *  skips moves forward by the zone's correction. True and nothing changed when tz is
+ *  d's own zone, or tz is null and d already floats. A floating value given any zone,
+ *  the global UTC zone included, stops floating. A date outside the instant range
+ *  counts as success (its instant stays ORV_TIME_INVALID).
+ *  False when the new zone has no offset for the reading: d keeps its old zone, floating
+ *  flag and fields (carried into range), and the new zone keeps no reference from d.
+ *      // d reads 2024-07-01 12:00 at +02:00; moved to a -04:00 zone it still reads
+ *      // 2024-07-01 12:00, and its instant is 6 hours later */
+ORV_API OrvBool OrvDateTimeSetTimezone(OrvDateTime* d, const OrvTimezone* tz);
+
+/** The zone's offset at d's instant (local minus UTC, ns, east positive).
+ *  ORV_TIME_INVALID for a floating value and when the zone has no offset. */
+ORV_API OrvTime OrvDateTimeGetOffset(const OrvDateTime* d);
+
+/** The offset d's arithmetic uses: as OrvDateTimeGetOffset, but 0 for a floating value.
+ *  ORV_TIME_INVALID only when the zone has no offset. */
+ORV_API OrvTime OrvDateTimeGetCurrentUTCOffset(OrvDateTime* d);
+
+/** The instant d denotes (ns since 1970-01-01T00:00:00 UTC); a floating value's fields
+ *  are read as UTC. ORV_TIME_INVALID when the zone has no offset or the date lies
+ *  outside 1677-09-21 .. 2262-04-11 (a caller cannot tell these apart). */
+ORV_API OrvTime OrvDateTimeGetWallTime(const OrvDateTime* d);
+
+/** Sets the instant, keeping the zone: the fields become the local reading of t.
+ *  False, with d unchanged, when the zone has no offset at t, when t is
+ *  ORV_TIME_INVALID, or when t plus the offset leaves the 64-bit range (logged).
+ *      OrvDateTimeSetWallTime(&d, 0);   // in a +01:00 zone: 1970-01-01 01:00:00 */
+ORV_API OrvBool OrvDateTimeSetWallTime(OrvDateTime* d, OrvTime t);
+
+/** True when d holds the global UTC zone, floating values included. A value in another
+ *  zone is not UTC even where its offset is 0. Does not normalize. */
+ORV_API OrvBool OrvDateTimeIsUTC(const OrvDateTime* d);
 
 /* ---------------------------------------------------------------------------------
  * Fields, week numbering and ranges
  * ------------------------------------------------------------------------------ */
 
-/* DATETIME-FIELD-DECLARATIONS */
+/** Reads one field, normalizing d in place first. Day of week 0 (Sunday) .. 6; week
+ *  of month 0 .. 6 (days before the month's first counted week are week 0); week of
+ *  year 1 .. 53 (the days of a week that belongs to the neighbouring year carry that
+ *  year's number); day of year 1 .. 366. Weeks start on d's first day of week, and a
+ *  period's opening partial week is week 1 when it has at least d's minimal days.
+ *  -1 for a selector above ORV_DATETIMEFIELD_DayOfYear or when the zone has no offset
+ *  (a stored year -1 also reads -1).
+ *      // Monday/4 (ISO 8601): 2021-01-01 is in week 53, 2024-12-30 in week 1 */
+ORV_API OrvInt OrvDateTimeGetField(const OrvDateTime* d, OrvDateTimeField f);
+
+/** Stores val, unchecked, into a stored field (nanosecond .. year, not day of week);
+ *  the next reader carries it into range and asks the zone for the new reading's
+ *  offset. False, with nothing changed, for a derived field or a bad selector.
+ *      // on 2023-02-10: set day of month 31, then read: 2023-03-03 */
+ORV_API OrvBool OrvDateTimeSetField(OrvDateTime* d, OrvDateTimeField f, OrvInt val);
+
+/** Adds inc to a field and normalizes. Nanoseconds to hours count elapsed time (the
+ *  instant moves by exactly the amount, so 1 hour across a clock change moves the
+ *  local reading by 0 or 2 hours); the date fields keep the local wall-clock reading
+ *  and take the zone's offset for the new date. Day of week and day of year add days,
+ *  week of month and week of year add 7 * inc days. No clamping: 1 month on
+ *  2023-01-31 gives 2023-03-03. An inc of 0 is true at once, whatever f and d.
+ *  Any inc is carried exactly, even where the plain sum leaves the 32-bit range of
+ *  the field (2147483647 nanoseconds is 2.147483647 s).
+ *  False for a bad selector, when the zone has no offset (before the addition: d only
+ *  normalized; after: the sum stays in the fields), and, with d unchanged, when the
+ *  resulting year would not fit an OrvInt. */
+ORV_API OrvBool OrvDateTimeAddToField(OrvDateTime* d, OrvDateTimeField f, OrvInt inc);
+
+/** The least value the field takes in any value (d is not read): 0, or 1 for day of
+ *  month, month, week of year and day of year, 1677 for the year. -1 for a bad
+ *  selector. */
+ORV_API OrvInt OrvDateTimeGetMinimum(const OrvDateTime* d, OrvDateTimeField f);
+
+/** The greatest value the field takes in any value (d is not read): 999999999, 59, 59,
+ *  23, 6, 31, 12, 2262, 6, 53, 366 in selector order. -1 for a bad selector. The year
+ *  bounds are the years in which the instant range begins and ends. */
+ORV_API OrvInt OrvDateTimeGetMaximum(const OrvDateTime* d, OrvDateTimeField f);
+
+/** The same as OrvDateTimeGetMinimum (d is not read). */
+ORV_API OrvInt OrvDateTimeGetActualMinimum(const OrvDateTime* d, OrvDateTimeField f);
+
+/** The greatest value the field takes within d's own month and year, normalizing d in
+ *  place first: day of month the length of d's month, day of year the length of its
+ *  year; week of month the week number of the month's last day (4 .. 6); week of year
+ *  the number of weeks (52 or 53) of the week-numbering year that holds d's week, under
+ *  d's week settings, so the week d reads never exceeds it (2021-01-01, in week 53 of
+ *  2020 under Monday/4, gives 53). Other fields: as OrvDateTimeGetMaximum.
+ *  0 when the zone has no offset (whatever f); -1 for a bad selector. */
+ORV_API OrvInt OrvDateTimeGetActualMaximum(const OrvDateTime* d, OrvDateTimeField f);
 
 /* ---------------------------------------------------------------------------------
  * Equality and ordering
  * ------------------------------------------------------------------------------ */
 
-/* DATETIME-COMPARE-DECLARATIONS */
+/** True when a and b denote the same instant; the zones, the floating flag and the
+ *  week settings play no part (10:00 at +01:00 equals 09:00Z). When either value has no
+ *  instant (a date outside 1677-09-21 .. 2262-04-11) the calendar fields read in UTC are
+ *  compared instead. Normalizes both in place. False when a zone has no offset, so
+ *  such a value is not even equal to itself. */
+ORV_API OrvBool OrvDateTimeEqual(const OrvDateTime* a, const OrvDateTime* b);
+
+/** True when a comes strictly before b: by instant, or by the fields read in UTC when
+ *  either has no instant, so dates outside the instant range sort before or after every
+ *  other value. A strict weak ordering for values whose zones give offsets; false when a
+ *  zone has none. Normalizes both in place; on consistent values it is a comparison of
+ *  two instants, with no copy and no reference count. */
+ORV_API OrvBool OrvDateTimeLess(const OrvDateTime* a, const OrvDateTime* b);
 
 /* ---------------------------------------------------------------------------------
  * Text form and weekday codes

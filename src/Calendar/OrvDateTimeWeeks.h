@@ -1,0 +1,69 @@
+// Derived fields of a date-time value: day of week and week numbers under the value's
+// week settings. Inline, because field reads of consistent values are hot paths; the
+// field reader and the actual-maximum reader both use them. All of them read the
+// stored fields as they stand: callers normalize first.
+#ifndef ORV_SRC_CALENDAR_ORVDATETIMEWEEKS_H
+#define ORV_SRC_CALENDAR_ORVDATETIMEWEEKS_H
+
+#include "CalendarMath.hpp"
+#include "OrvDateTimeInternal.h"
+
+namespace orv::detail {
+
+// 0 (Sunday) .. 6 (Saturday). Day 0, 1970-01-01, is a Thursday.
+inline OrvInt OrvDateTimeCalculateDayOfWeek(const OrvDateTime* d)
+{
+    const OrvInt64 days = OrvDateTimeGetDaysSincePosixEpoch_(d);
+    OrvInt64 wday = (days + 4) % 7; // [-6, 6]
+    if (wday < 0) wday += 7;
+    return static_cast<OrvInt>(wday);
+}
+
+// The week number of day dayInPeriod (1-based) of a month or year, given its weekday:
+// weeks start on firstDayOfWeek, and the partial week that opens the period counts as
+// week 1 when it has at least minimalDays days, else as week 0.
+//   wday [0, 6], firstDayOfWeek [0, 6], minimalDays [1, 7], dayInPeriod [1, 732].
+inline OrvInt WeekInPeriod(OrvInt wday, OrvInt dayInPeriod, OrvInt firstDayOfWeek, OrvInt minimalDays)
+{
+    OrvInt relWday1st = (wday - firstDayOfWeek - dayInPeriod + 1) % 7; // weekday of day 1, relative
+    if (relWday1st < 0) relWday1st += 7;                                // [0, 6]
+    OrvInt week = (dayInPeriod + relWday1st - 1) / 7;
+    if (7 - relWday1st >= minimalDays) ++week;
+    return week;
+}
+
+inline OrvInt OrvDateTimeCalculateWeekInPeriod(const OrvDateTime* d, OrvInt wday, OrvInt dayInPeriod)
+{
+    return WeekInPeriod(wday, dayInPeriod, d->firstDayOfWeek, d->minimalDaysInFirstWeek);
+}
+
+// 0 .. 6; no adjustment at the month's edges.
+inline OrvInt OrvDateTimeCalculateWeekOfMonth(const OrvDateTime* d)
+{
+    return OrvDateTimeCalculateWeekInPeriod(d, OrvDateTimeCalculateDayOfWeek(d), d->monthDay);
+}
+
+// 1 .. 53. Days of a week that the year's rule leaves to the neighbouring year carry
+// that year's number: the last week of the previous year, or week 1 of the next.
+inline OrvInt OrvDateTimeCalculateWeekOfYear(const OrvDateTime* d)
+{
+    const OrvInt wday = OrvDateTimeCalculateDayOfWeek(d);
+    const OrvInt yday = OrvDateTimeCalculateDayOfYear(d); // [1, 366]
+    OrvInt week = OrvDateTimeCalculateWeekInPeriod(d, wday, yday);
+    if (week == 0) {
+        return OrvDateTimeCalculateWeekInPeriod(d, wday, yday + cal::YearLength(OrvInt64{d->year} - 1));
+    }
+    if (yday >= 359) {
+        const OrvInt yearLength = cal::YearLength(d->year);
+        const OrvInt relWday = (wday - d->firstDayOfWeek + 7) % 7;
+        if (yday - relWday + 6 > yearLength) {
+            const OrvInt relWdayLast = relWday + yearLength - yday; // weekday of 31 December, relative
+            if (6 - relWdayLast >= d->minimalDaysInFirstWeek) week = 1;
+        }
+    }
+    return week;
+}
+
+} // namespace orv::detail
+
+#endif // ORV_SRC_CALENDAR_ORVDATETIMEWEEKS_H

@@ -1,0 +1,77 @@
+// The zone of a date-time value, its offset and its instant: moving a value to another
+// zone keeps the local reading; setting the instant keeps the zone.
+#include "OrvDateTimeInternal.h"
+
+#include "Orv/Calendar/OrvTimezoneInline.h"
+
+using orv::detail::Normalize;
+
+OrvBool OrvDateTimeSetTimezone(OrvDateTime* d, const OrvTimezone* tz)
+{
+    if (tz != nullptr && !d->floating && OrvTimezoneEqual(tz, &d->tz)) return ORV_TRUE;
+    if (tz == nullptr && d->floating) return ORV_TRUE;
+
+    // Keep the old zone alive and at hand until the new one has been asked.
+    OrvTimezone saveTz;
+    OrvTimezoneConstructCopy(&saveTz, &d->tz);
+    const OrvBool saveFloating = d->floating;
+
+    if (tz == nullptr) {
+        OrvTimezoneAssign(&d->tz, OrvFixedTimezoneGetUTC());
+        d->floating = ORV_TRUE;
+    } else {
+        OrvTimezoneAssign(&d->tz, tz);
+        d->floating = ORV_FALSE;
+    }
+    // Same fields, new zone: the instant and offset are worked out again.
+    d->wallTime = ORV_TIME_INVALID;
+    d->offset = ORV_TIME_INVALID;
+
+    if (OrvDateTimeNormalizeAndSetWall(d)) {
+        OrvTimezoneDestruct(&saveTz);
+        return ORV_TRUE;
+    }
+    // The new zone has no answer: back to the old one, which the next read asks again.
+    OrvTimezoneSwap(&d->tz, &saveTz);
+    d->floating = saveFloating;
+    d->wallTime = ORV_TIME_INVALID;
+    d->offset = ORV_TIME_INVALID;
+    OrvTimezoneDestruct(&saveTz);
+    return ORV_FALSE;
+}
+
+OrvTime OrvDateTimeGetOffset(const OrvDateTime* d)
+{
+    if (d->floating || !Normalize(d)) return ORV_TIME_INVALID;
+    return d->offset;
+}
+
+OrvTime OrvDateTimeGetCurrentUTCOffset(OrvDateTime* d)
+{
+    if (!Normalize(d)) return ORV_TIME_INVALID;
+    return d->offset;
+}
+
+OrvTime OrvDateTimeGetWallTime(const OrvDateTime* d)
+{
+    if (!Normalize(d)) return ORV_TIME_INVALID;
+    return d->wallTime;
+}
+
+OrvBool OrvDateTimeSetWallTime(OrvDateTime* d, OrvTime t)
+{
+    const OrvTime offset = OrvTimezoneGetOffsetInline(&d->tz, t);
+    if (offset == ORV_TIME_INVALID) return ORV_FALSE;
+    const OrvTime oldWallTime = d->wallTime;
+    const OrvTime oldOffset = d->offset;
+    d->wallTime = t;
+    d->offset = offset;
+    if (!OrvDateTimeSetFieldsFromWall(d)) {
+        d->wallTime = oldWallTime;
+        d->offset = oldOffset;
+        return ORV_FALSE;
+    }
+    return ORV_TRUE;
+}
+
+OrvBool OrvDateTimeIsUTC(const OrvDateTime* d) { return OrvFixedTimezoneIsGlobalUTC(&d->tz); }
