@@ -1,1 +1,155 @@
+// Instant <-> fields conversions against glibc and std::chrono, over a fixed pseudo-random
+// spread of instants across the whole instant range (1677-2262).
+#include "Calendar/OrvDateTimeInternal.h"
 #include "RatioReporter.h"
+
+#include <chrono>
+#include <ctime>
+#include <random>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t kCount = 4096;
+
+struct Sample {
+    OrvTime instant;
+    int year, month, day, hour, min, sec, nanos;
+};
+
+const std::vector<Sample>& Samples()
+{
+    static const std::vector<Sample> samples = [] {
+        std::mt19937_64 rng(1970);
+        std::uniform_int_distribution<OrvTime> dist(INT64_MIN, INT64_MAX - 1);
+        std::vector<Sample> v;
+        for (std::size_t i = 0; i < kCount; ++i) {
+            Sample s{};
+            s.instant = dist(rng);
+            OrvDateTime d;
+            OrvDateTimeConstruct(&d, s.instant, nullptr);
+            s.year = d.year, s.month = d.month, s.day = d.monthDay, s.hour = d.hour, s.min = d.min, s.sec = d.sec,
+            s.nanos = d.nanosec;
+            OrvDateTimeDestruct(&d);
+            v.push_back(s);
+        }
+        return v;
+    }();
+    return samples;
+}
+
+void InstantToFieldsOrv(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    OrvDateTime d;
+    OrvDateTimeConstructDefault(&d);
+    std::size_t i = 0;
+    for (auto _ : state) {
+        OrvDateTimeSetWallTime(&d, samples[i++ & (kCount - 1)].instant);
+        benchmark::DoNotOptimize(d.year);
+        benchmark::DoNotOptimize(d.nanosec);
+    }
+    OrvDateTimeDestruct(&d);
+    state.SetItemsProcessed(state.iterations());
+}
+
+void InstantToFieldsGmtime(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const OrvTime t = samples[i++ & (kCount - 1)].instant;
+        const time_t secs = static_cast<time_t>(t >= 0 ? t / 1000000000 : (t + 1) / 1000000000 - 1);
+        std::tm tm;
+        gmtime_r(&secs, &tm);
+        benchmark::DoNotOptimize(tm.tm_year);
+        benchmark::DoNotOptimize(tm.tm_sec);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void InstantToFieldsChrono(benchmark::State& state)
+{
+    using namespace std::chrono;
+    const auto& samples = Samples();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const sys_time<nanoseconds> t{nanoseconds{samples[i++ & (kCount - 1)].instant}};
+        const auto day = floor<days>(t);
+        const year_month_day ymd{day};
+        const hh_mm_ss<nanoseconds> hms{t - day};
+        benchmark::DoNotOptimize(ymd);
+        benchmark::DoNotOptimize(hms);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void FieldsToInstantOrv(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    const OrvTimezone* utc = OrvFixedTimezoneGetUTC();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const Sample& s = samples[i++ & (kCount - 1)];
+        OrvDateTime d;
+        OrvDateTimeConstructFields(&d, s.year, s.month, s.day, s.hour, s.min, s.sec, s.nanos, utc);
+        benchmark::DoNotOptimize(d.wallTime);
+        OrvDateTimeDestruct(&d);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void FieldsToInstantTimegm(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const Sample& s = samples[i++ & (kCount - 1)];
+        std::tm tm{};
+        tm.tm_year = s.year - 1900;
+        tm.tm_mon = s.month - 1;
+        tm.tm_mday = s.day;
+        tm.tm_hour = s.hour;
+        tm.tm_min = s.min;
+        tm.tm_sec = s.sec;
+        const time_t secs = timegm(&tm);
+        benchmark::DoNotOptimize(static_cast<OrvTime>(secs) * 1000000000 + s.nanos);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void FieldsToInstantChrono(benchmark::State& state)
+{
+    using namespace std::chrono;
+    const auto& samples = Samples();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const Sample& s = samples[i++ & (kCount - 1)];
+        const sys_days day{year{s.year} / month{static_cast<unsigned>(s.month)} / std::chrono::day{static_cast<unsigned>(s.day)}};
+        const auto t = day + hours{s.hour} + minutes{s.min} + seconds{s.sec} + nanoseconds{s.nanos};
+        benchmark::DoNotOptimize(t);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void NormalizeConsistentOrv(benchmark::State& state)
+{
+    OrvDateTime d;
+    OrvDateTimeConstructDefault(&d);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(OrvDateTimeNormalizeAndSetWall(&d));
+        benchmark::ClobberMemory();
+    }
+    OrvDateTimeDestruct(&d);
+    state.SetItemsProcessed(state.iterations());
+}
+
+BENCHMARK(InstantToFieldsOrv)->Name("InstantToFields:orv");
+BENCHMARK(InstantToFieldsGmtime)->Name("InstantToFields:gmtime_r");
+BENCHMARK(InstantToFieldsChrono)->Name("InstantToFields:std::chrono");
+BENCHMARK(FieldsToInstantOrv)->Name("FieldsToInstant:orv");
+BENCHMARK(FieldsToInstantTimegm)->Name("FieldsToInstant:timegm");
+BENCHMARK(FieldsToInstantChrono)->Name("FieldsToInstant:std::chrono");
+BENCHMARK(NormalizeConsistentOrv)->Name("NormalizeConsistent:orv");
+
+} // namespace

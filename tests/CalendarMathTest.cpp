@@ -174,7 +174,8 @@ TEST(CivilFromDays, FirstDaysOfYearsBefore1970LandInThatYear)
 
 TEST(CivilFromDays, FarYearsRoundTrip)
 {
-    for (OrvInt64 year : {INT64_C(-2147483648), INT64_C(-5000000), INT64_C(-1), INT64_C(0), INT64_C(9999),
+    for (OrvInt64 year : {INT64_C(-2147483648), INT64_C(-5000000), INT64_C(-1000001), INT64_C(-1000000), INT64_C(-999999),
+                          INT64_C(999999), INT64_C(1000000), INT64_C(1000001), INT64_C(-1), INT64_C(0), INT64_C(9999),
                           INT64_C(2147483647), INT64_C(2147483648) + 12}) {
         for (OrvInt month : {1, 2, 3, 12}) {
             const OrvInt64 days = DaysFromCivil(year, month, 28);

@@ -87,10 +87,36 @@ constexpr OrvInt64 EpochYearDays(OrvInt64 y)
     return 365 * y + DivDown<OrvInt64>(y + 1, 4) - DivDown<OrvInt64>(y + 69, 100) + DivDown<OrvInt64>(y + 369, 400);
 }
 
+// ---- day counts ----------------------------------------------------------------------
+//
+// The fast forms count days from 1 March of year -kShiftYears, a computational calendar
+// in which years start in March (so the leap day is the last day of its year) and every
+// supported count is a positive 32-bit number. Centuries, years and months then fall
+// out of multiply-and-shift steps (Neri and Schneider's Euclidean affine functions)
+// instead of loops or general divisions.
+
+inline constexpr OrvInt64 kShiftYears = 1468000;                                 // 3670 * 400
+inline constexpr OrvInt64 kShiftDays = 3670 * OrvInt64{kDaysPer400Years} + kDaysFromMarch0000; // 536895458
+// Years the fast forms serve exactly (32-bit intermediates stay in range).
+inline constexpr OrvInt64 kFastYearLimit = 1000000;
+
+// Days from 1970-01-01 to the first of month m (1..12) of year y, |y| <= kFastYearLimit.
+constexpr OrvInt64 DaysFromCivilFast(OrvInt64 y, OrvInt m)
+{
+    const std::uint32_t j = m < 3;                                                 // Jan, Feb: end of the year before
+    const std::uint32_t y1 = static_cast<std::uint32_t>(y + kShiftYears) - j;    // [468000, 2468000]
+    const std::uint32_t m1 = static_cast<std::uint32_t>(m) + 12 * j;               // [3, 14]
+    const std::uint32_t century = y1 / 100;
+    const std::uint32_t yearDays = static_cast<std::uint32_t>(1461ull * y1 / 4) - century + century / 4;
+    const std::uint32_t monthDaysBefore = (979 * m1 - 2919) / 32;                  // [0, 337]
+    return static_cast<OrvInt64>(yearDays + monthDaysBefore) - kShiftDays;
+}
+
 // Days from 1970-01-01 to year-month-day, month 1..12, any day (a day outside the month
-// counts on from the first of the month). Year |y| < 2^40 keeps everything exact.
+// counts on from the first of the month). Exact for |y| < 2^40.
 constexpr OrvInt64 DaysFromCivil(OrvInt64 y, OrvInt m, OrvInt64 d)
 {
+    if (y >= -kFastYearLimit && y <= kFastYearLimit) return DaysFromCivilFast(y, m) + (d - 1);
     y -= m <= 2;                                                      // years start in March
     const OrvInt64 era = DivDown<OrvInt64>(y, 400);
     const OrvInt64 yoe = y - era * 400;                               // [0, 399]
@@ -99,6 +125,34 @@ constexpr OrvInt64 DaysFromCivil(OrvInt64 y, OrvInt m, OrvInt64 d)
     const OrvInt64 doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;       // [0, 146096]
     return era * kDaysPer400Years + doe - kDaysFromMarch0000 + (d - 1);
 }
+
+struct CivilDate {
+    OrvInt year;
+    OrvInt month; // 1..12
+    OrvInt day;   // 1..31
+};
+
+// Date of a day count whose year is within kFastYearLimit, in 32-bit arithmetic.
+constexpr CivilDate CivilFromDaysFast(OrvInt64 days)
+{
+    const std::uint32_t n = static_cast<std::uint32_t>(days + kShiftDays);        // days since the shifted epoch
+    const std::uint32_t n1 = 4 * n + 3;
+    const std::uint32_t century = n1 / kDaysPer400Years;                            // centuries
+    const std::uint32_t dayOfCentury = n1 % kDaysPer400Years / 4;                   // [0, 36524]
+    const std::uint32_t n2 = 4 * dayOfCentury + 3;
+    const std::uint64_t u2 = 2939745ull * n2;
+    const std::uint32_t yearOfCentury = static_cast<std::uint32_t>(u2 >> 32);      // [0, 99]
+    const std::uint32_t dayOfYear = static_cast<std::uint32_t>(u2) / 2939745 / 4;  // [0, 365], 0 = 1 March
+    const std::uint32_t n3 = 2141 * dayOfYear + 197913;
+    const std::uint32_t month = n3 >> 16;                                           // [3, 14]
+    const std::uint32_t day = (n3 & 0xFFFF) / 2141;                                 // [0, 30]
+    const std::uint32_t j = dayOfYear >= 306;                                       // January or February
+    const OrvInt64 year = OrvInt64{100 * century + yearOfCentury + j} - kShiftYears;
+    return {static_cast<OrvInt>(year), static_cast<OrvInt>(j ? month - 12 : month), static_cast<OrvInt>(day + 1)};
+}
+
+// The dates an OrvTime can reach: days in [-106752, 106751] (1677-09-21 .. 2262-04-11).
+constexpr CivilDate CivilFromInstantDays(OrvInt days) { return CivilFromDaysFast(days); }
 
 struct CivilDate64 {
     OrvInt64 year;
@@ -109,36 +163,32 @@ struct CivilDate64 {
 // Inverse of DaysFromCivil for any day count with |days| < 2^50.
 constexpr CivilDate64 CivilFromDays(OrvInt64 days)
 {
+    constexpr OrvInt64 kFastDayLimit = 365 * (kFastYearLimit - 1);
+    if (days >= -kFastDayLimit && days <= kFastDayLimit) {
+        const CivilDate date = CivilFromDaysFast(days);
+        return {date.year, date.month, date.day};
+    }
     const OrvInt64 z = days + kDaysFromMarch0000;
     const OrvInt64 era = DivDown<OrvInt64>(z, kDaysPer400Years);
-    const OrvInt64 doe = z - era * kDaysPer400Years;                         // [0, 146096]
+    const OrvInt64 doe = z - era * kDaysPer400Years;                            // [0, 146096]
     const OrvInt64 yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365; // [0, 399]
-    const OrvInt64 doy = doe - (365 * yoe + yoe / 4 - yoe / 100);            // [0, 365]
-    const OrvInt64 mp = (5 * doy + 2) / 153;                                 // [0, 11]
-    const OrvInt day = static_cast<OrvInt>(doy - (153 * mp + 2) / 5 + 1);   // [1, 31]
-    const OrvInt month = static_cast<OrvInt>(mp < 10 ? mp + 3 : mp - 9);    // [1, 12]
+    const OrvInt64 doy = doe - (365 * yoe + yoe / 4 - yoe / 100);               // [0, 365]
+    const OrvInt64 mp = (5 * doy + 2) / 153;                                    // [0, 11]
+    const OrvInt day = static_cast<OrvInt>(doy - (153 * mp + 2) / 5 + 1);      // [1, 31]
+    const OrvInt month = static_cast<OrvInt>(mp < 10 ? mp + 3 : mp - 9);       // [1, 12]
     return {yoe + era * 400 + (month <= 2), month, day};
 }
 
-struct CivilDate {
-    OrvInt year;
-    OrvInt month;
-    OrvInt day;
-};
-
-// The same inverse, in 32-bit unsigned arithmetic, for the day counts an OrvTime can
-// reach: days in [-106752, 106751] (1677-09-21 .. 2262-04-11).
-constexpr CivilDate CivilFromInstantDays(OrvInt days)
+// Floor division and remainder without a data-dependent branch (instants are as often
+// negative as not, so a branch would mispredict half the time).
+template <std::signed_integral T>
+constexpr T DivDownAndModBranchless(T a, T b, T* mod)
 {
-    const std::uint32_t z = static_cast<std::uint32_t>(days + kDaysFromMarch0000); // [612716, 825219]
-    const std::uint32_t era = z / kDaysPer400Years;                                 // [4, 5]
-    const std::uint32_t doe = z - era * kDaysPer400Years;                           // [0, 146096]
-    const std::uint32_t yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365; // [0, 399]
-    const std::uint32_t doy = doe - (365 * yoe + yoe / 4 - yoe / 100);               // [0, 365]
-    const std::uint32_t mp = (5 * doy + 2) / 153;                                    // [0, 11]
-    const OrvInt day = static_cast<OrvInt>(doy - (153 * mp + 2) / 5 + 1);
-    const OrvInt month = static_cast<OrvInt>(mp < 10 ? mp + 3 : mp - 9);
-    return {static_cast<OrvInt>(yoe + era * 400) + (month <= 2), month, day};
+    T q = a / b;
+    T r = a - q * b;
+    const T negative = r < 0;
+    *mod = r + negative * b;
+    return q - negative;
 }
 
 } // namespace orv::cal

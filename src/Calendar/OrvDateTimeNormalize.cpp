@@ -25,9 +25,9 @@ constexpr OrvInt64 kMinSecs = kInt64Min / kNanosecondsPerSecond; // -9223372036
 inline void StoreFields(OrvDateTime* d, OrvInt64 localNs)
 {
     OrvInt64 nanos;
-    const OrvInt64 secs = DivDownAndMod<OrvInt64>(localNs, kNanosecondsPerSecond, &nanos); // [-9223372037, 9223372036]
+    const OrvInt64 secs = DivDownAndModBranchless<OrvInt64>(localNs, kNanosecondsPerSecond, &nanos); // [-9223372037, 9223372036]
     OrvInt64 secOfDay;
-    const OrvInt64 days = DivDownAndMod<OrvInt64>(secs, kSecondsPerDay, &secOfDay); // [-106752, 106751]
+    const OrvInt64 days = DivDownAndModBranchless<OrvInt64>(secs, kSecondsPerDay, &secOfDay); // [-106752, 106751]
     const OrvInt sod = static_cast<OrvInt>(secOfDay);                                // [0, 86399]
     const CivilDate date = CivilFromInstantDays(static_cast<OrvInt>(days));
     d->nanosec = static_cast<OrvInt>(nanos);
@@ -66,6 +66,14 @@ OrvBool OrvDateTimeSetFieldsFromWall(OrvDateTime* d)
 // year by year, then month by month, ends. Constant time for any day of month.
 OrvBool OrvDateTimeNormalizeFields(OrvDateTime* d)
 {
+    // Fields already in range (the common case of values built from fields) carry nothing.
+    if (static_cast<OrvUint32>(d->nanosec) < static_cast<OrvUint32>(kNanosecondsPerSecond) &&
+        static_cast<OrvUint32>(d->sec) < 60 && static_cast<OrvUint32>(d->min) < 60 &&
+        static_cast<OrvUint32>(d->hour) < 24 && static_cast<OrvUint32>(d->month) - 1u < 12 &&
+        d->monthDay >= 1 && d->monthDay <= monthLengths[IsLeap(d->year)][d->month - 1]) {
+        d->normalized = ORV_TRUE;
+        return ORV_TRUE;
+    }
     OrvInt64 nanos = d->nanosec, sec = d->sec, min = d->min, hour = d->hour;
     OrvInt64 monthDay = d->monthDay, month0 = OrvInt64{d->month} - 1, year = d->year;
     NormalizeAndCarry<OrvInt64>(&sec, &nanos, kNanosecondsPerSecond);
