@@ -2,6 +2,8 @@
 #include "Orv/Calendar/OrvDateTime.h"
 #include "Orv/Utils/OrvCLib.h"
 
+#include <cstring>
+
 namespace {
 
 // Indexed by OrvWeekday, Sunday (0) to Saturday (6).
@@ -23,8 +25,11 @@ OrvWeekday* OrvWeekdayConstructCStr(OrvWeekday* w, const char* str)
 
 OrvBool OrvWeekdayAppendToString(const OrvWeekday* w, OrvString* str)
 {
-    // As an unsigned number every negative weekday is out of the table too.
-    const auto index = static_cast<unsigned>(*w);
+    // Read as the plain int a C caller may have stored (any value, not only the
+    // enumerators); as an unsigned number every negative one is out of the table too.
+    int raw = 0;
+    std::memcpy(&raw, w, sizeof raw);
+    const auto index = static_cast<unsigned>(raw);
     if (index >= 7) return ORV_FALSE;
     return OrvStringAppendCStr(str, kCodes[index]) != nullptr ? ORV_TRUE : ORV_FALSE;
 }
