@@ -10,6 +10,7 @@ namespace {
 
 using namespace orv::cal;
 using orv::detail::Normalize;
+using orv::detail::SelectorIndex;
 
 constexpr OrvInt64 kIntMin = std::numeric_limits<OrvInt>::min();
 constexpr OrvInt64 kIntMax = std::numeric_limits<OrvInt>::max();
@@ -86,7 +87,7 @@ OrvInt OrvDateTimeGetField(const OrvDateTime* d, OrvDateTimeField f)
 
 OrvBool OrvDateTimeSetField(OrvDateTime* d, OrvDateTimeField f, OrvInt val)
 {
-    if (f > ORV_DATETIMEFIELD_Year || f == ORV_DATETIMEFIELD_DayOfWeek) return ORV_FALSE;
+    if (SelectorIndex(f) > ORV_DATETIMEFIELD_Year || f == ORV_DATETIMEFIELD_DayOfWeek) return ORV_FALSE;
     *AddTarget(d, f) = val;
     // The raw number is the authority now; the next reader carries it into range and
     // asks the zone for the offset of the new local reading.
@@ -99,7 +100,7 @@ OrvBool OrvDateTimeAddToField(OrvDateTime* d, OrvDateTimeField f, OrvInt inc)
 {
     if (inc == 0) return ORV_TRUE;
     if (!Normalize(d)) return ORV_FALSE;
-    if (f > ORV_DATETIMEFIELD_DayOfYear) return ORV_FALSE;
+    if (SelectorIndex(f) > ORV_DATETIMEFIELD_DayOfYear) return ORV_FALSE;
 
     const bool weeks = f == ORV_DATETIMEFIELD_WeekOfMonth || f == ORV_DATETIMEFIELD_WeekOfYear;
     const OrvInt64 amount = weeks ? OrvInt64{inc} * 7 : OrvInt64{inc};
@@ -125,7 +126,7 @@ OrvBool OrvDateTimeAddToField(OrvDateTime* d, OrvDateTimeField f, OrvInt inc)
 
     // Time fields keep the offset in force, so the instant moves by exactly the amount
     // added; date fields keep the local reading and take the zone's offset for it.
-    if (f >= ORV_DATETIMEFIELD_DayOfWeek) d->offset = ORV_TIME_INVALID;
+    if (SelectorIndex(f) >= ORV_DATETIMEFIELD_DayOfWeek) d->offset = ORV_TIME_INVALID;
     d->normalized = ORV_FALSE;
     return OrvDateTimeNormalizeAndSetWall(d);
 }

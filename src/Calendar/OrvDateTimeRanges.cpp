@@ -6,9 +6,10 @@
 namespace {
 
 using namespace orv::cal;
+using orv::detail::SelectorIndex;
 using orv::detail::WeekInPeriod;
 
-constexpr OrvInt kFieldCount = ORV_DATETIMEFIELD_DayOfYear + 1;
+constexpr OrvUint32 kFieldCount = ORV_DATETIMEFIELD_DayOfYear + 1;
 
 // Indexed by OrvDateTimeField. Years: those in which the instant range begins and ends.
 constexpr OrvInt kMinimum[kFieldCount] = {0, 0, 0, 0, 0, 1, 1, 1677, 0, 1, 1};
@@ -49,7 +50,7 @@ OrvInt WeeksInWeekYear(const OrvDateTime* d)
     const OrvInt yday = OrvDateTimeCalculateDayOfYear(d);
     const OrvInt64 year = d->year;
     const OrvInt64 toLastOfYear = YearLength(year) - yday; // days from d to 31 December
-    if (d->month == 1 && week > 1) return WeeksInYear(d, year - 1, Mod7(wday - yday));
+    if (d->month == 1 && week >= 52) return WeeksInYear(d, year - 1, Mod7(wday - yday));
     if (d->month == 12 && week == 1) return WeeksInYear(d, year + 1, Mod7(wday + toLastOfYear + YearLength(year + 1)));
     return WeeksInYear(d, year, Mod7(wday + toLastOfYear));
 }
@@ -58,12 +59,12 @@ OrvInt WeeksInWeekYear(const OrvDateTime* d)
 
 OrvInt OrvDateTimeGetMinimum(const OrvDateTime*, OrvDateTimeField f)
 {
-    return f < kFieldCount ? kMinimum[f] : -1;
+    return SelectorIndex(f) < kFieldCount ? kMinimum[f] : -1;
 }
 
 OrvInt OrvDateTimeGetMaximum(const OrvDateTime*, OrvDateTimeField f)
 {
-    return f < kFieldCount ? kMaximum[f] : -1;
+    return SelectorIndex(f) < kFieldCount ? kMaximum[f] : -1;
 }
 
 OrvInt OrvDateTimeGetActualMinimum(const OrvDateTime* d, OrvDateTimeField f) { return OrvDateTimeGetMinimum(d, f); }
@@ -76,6 +77,6 @@ OrvInt OrvDateTimeGetActualMaximum(const OrvDateTime* d, OrvDateTimeField f)
     case ORV_DATETIMEFIELD_DayOfYear: return YearLength(d->year);
     case ORV_DATETIMEFIELD_WeekOfMonth: return WeeksInMonth(d, orv::detail::OrvDateTimeCalculateDayOfWeek(d));
     case ORV_DATETIMEFIELD_WeekOfYear: return WeeksInWeekYear(d);
-    default: return f < kFieldCount ? kMaximum[f] : -1;
+    default: return SelectorIndex(f) < kFieldCount ? kMaximum[f] : -1;
     }
 }

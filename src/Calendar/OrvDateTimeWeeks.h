@@ -10,6 +10,10 @@
 
 namespace orv::detail {
 
+// A selector as the unsigned number callers pass: an unscoped enumeration promotes to
+// int, so comparing it directly would let selectors from 2^31 up pass for small ones.
+constexpr OrvUint32 SelectorIndex(OrvDateTimeField f) { return static_cast<OrvUint32>(f); }
+
 // 0 (Sunday) .. 6 (Saturday). Day 0, 1970-01-01, is a Thursday.
 inline OrvInt OrvDateTimeCalculateDayOfWeek(const OrvDateTime* d)
 {
