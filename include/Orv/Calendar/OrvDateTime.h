@@ -314,4 +314,23 @@ ORV_EXTERN_C_END
 
 /* DATETIME-CONTAINER-DECLARATIONS */
 
+#include "Orv/Utils/OrvSetDecl.h"
+#include "Orv/Utils/OrvVectorDecl.h"
+
+ORV_EXTERN_C_BEGIN
+
+/* OrvVector_OrvDateTime: a growable array of date-time values held by copy (copied with
+ * OrvDateTimeConstructCopy and OrvDateTimeAssign, ended with OrvDateTimeDestruct, so
+ * every element holds its own zone reference). Operations, growth policy and failure
+ * results: Orv/Utils/OrvVectorDecl.h. MaxSize is 44739242. */
+ORV_DECLARE_VECTOR(OrvDateTime)
+
+/* OrvSet_OrvDateTime: an ordered set of date-time values with unique keys, ordered by
+ * OrvDateTimeLess (by instant; values denoting the same instant are one key, whatever
+ * their zones). Comparisons normalize stored elements in place. Operations and failure
+ * results: Orv/Utils/OrvSetDecl.h. */
+ORV_DECLARE_SET(OrvDateTime)
+
+ORV_EXTERN_C_END
+
 #endif /* ORV_CALENDAR_ORVDATETIME_H */

@@ -1,0 +1,654 @@
+// The growable array behind every OrvVector_<T> of the library, written once over an
+// element-operations class and instantiated per element type by ORV_GENERATE_VECTOR.
+//
+// The element-operations class E provides
+//     using Value = <element record>;
+//     static Value* ConstructCopy(Value* slot, const Value* src); // null: the copy failed
+//     static Value* Assign(Value* slot, const Value* src);        // null: the copy failed
+//     static void Destruct(Value* slot);
+// and the record R is the public C struct {allocator, begin, end, endBuf}.
+//
+// Rules every operation keeps:
+//  - Elements are created, overwritten and ended only through E, never by copying
+//    bytes. Moving to a new block copy-constructs every element there first and
+//    destructs the old ones afterwards, last first.
+//  - Storage comes from the record's allocator in blocks of exactly Capacity slots and
+//    goes back with that same byte size. Nothing asks for zero slots.
+//  - A failed allocation leaves the vector as it was (Assign excepted: it has already
+//    released its old block and is left empty, without storage).
+#ifndef ORV_SRC_CONTAINERS_VECTOR_HPP
+#define ORV_SRC_CONTAINERS_VECTOR_HPP
+
+#include "Orv/Utils/OrvAllocator.h"
+
+#include <cstdint>
+
+namespace orv::containers {
+
+template <class E, class R>
+class Vector {
+public:
+    using T = typename E::Value;
+    using Size = OrvSizeT;
+
+    // The largest element count: the byte size of a block stays below 2^32.
+    static constexpr Size kMaxSize = Size{0xFFFFFFFFu} / sizeof(T);
+
+    // --- construction and whole-vector operations ---------------------------------
+
+    static R* ConstructDefault(R* x, OrvAllocator* a)
+    {
+        x->allocator = a;
+        x->begin = x->end = x->endBuf = nullptr;
+        return x;
+    }
+
+    static R* ConstructN(R* x, Size n, const T* t, OrvAllocator* a)
+    {
+        ConstructDefault(x, a);
+        if (n == 0) return x;
+        if (n > kMaxSize) return nullptr;
+        T* block = Allocate(a, n);
+        if (block == nullptr) return nullptr;
+        T* out = block;
+        for (; out != block + n; ++out) {
+            if (E::ConstructCopy(out, t) == nullptr) return AbandonBlock(x, block, out, n);
+        }
+        Adopt(x, block, n, n);
+        return x;
+    }
+
+    static R* ConstructRange(R* x, const T* first, const T* last, OrvAllocator* a)
+    {
+        ConstructDefault(x, a);
+        const Size n = static_cast<Size>(last - first);
+        if (n == 0) return x;
+        if (n > kMaxSize) return nullptr;
+        T* block = Allocate(a, n);
+        if (block == nullptr) return nullptr;
+        T* out = block;
+        for (const T* s = first; s != last; ++s, ++out) {
+            if (E::ConstructCopy(out, s) == nullptr) return AbandonBlock(x, block, out, n);
+        }
+        Adopt(x, block, n, n);
+        return x;
+    }
+
+    static R* ConstructCopy(R* x, const R* y) { return ConstructRange(x, y->begin, y->end, y->allocator); }
+
+    static void Destruct(R* x)
+    {
+        DestroyBackward(x->begin, x->end);
+        if (x->begin != nullptr) Deallocate(x->allocator, x->begin, Capacity(x));
+    }
+
+    static R* Assign(R* x, const R* y)
+    {
+        if (x == y) return x;
+        const Size ySize = SizeOf(y);
+        if (ySize > Capacity(x)) {
+            Destruct(x);
+            x->begin = x->end = x->endBuf = nullptr;
+            T* block = Allocate(x->allocator, ySize);
+            if (block == nullptr) return nullptr;
+            x->begin = x->end = block;
+            x->endBuf = block + ySize;
+            for (const T* s = y->begin; s != y->end; ++s) {
+                if (E::ConstructCopy(x->end, s) == nullptr) return nullptr;
+                ++x->end;
+            }
+            return x;
+        }
+        const Size xSize = SizeOf(x);
+        const Size common = xSize < ySize ? xSize : ySize;
+        for (Size i = 0; i < common; ++i) {
+            if (E::Assign(x->begin + i, y->begin + i) == nullptr) return nullptr;
+        }
+        if (xSize > ySize) {
+            DestroyBackward(x->begin + ySize, x->end);
+            x->end = x->begin + ySize;
+        }
+        for (const T* s = y->begin + common; s != y->end; ++s) {
+            if (E::ConstructCopy(x->end, s) == nullptr) return nullptr;
+            ++x->end;
+        }
+        return x;
+    }
+
+    static OrvBool Swap(R* x, R* y)
+    {
+        if (x->begin == x->end && y->begin == y->end) return ORV_TRUE;
+        if (x->allocator == y->allocator) {
+            R tmp = *x;
+            *x = *y;
+            *y = tmp;
+            return ORV_TRUE;
+        }
+        // Different allocators: every element stays on storage of the vector that
+        // holds it. The larger vector L keeps its block and receives the smaller one's
+        // values; the smaller vector S gets a new block from its own allocator, sized
+        // for L's values.
+        R* l = SizeOf(x) >= SizeOf(y) ? x : y;
+        R* s = l == x ? y : x;
+        const Size lSize = SizeOf(l);
+        T* block = Allocate(s->allocator, lSize);
+        if (block == nullptr) return ORV_FALSE;
+        T* out = block;
+        for (const T* p = l->begin; p != l->end; ++p, ++out) {
+            if (E::ConstructCopy(out, p) == nullptr) {
+                DestroyBackward(block, out);
+                Deallocate(s->allocator, block, lSize);
+                return ORV_FALSE;
+            }
+        }
+        DestroyBackward(l->begin, l->end);
+        l->end = l->begin;
+        for (const T* p = s->begin; p != s->end; ++p) {
+            if (E::ConstructCopy(l->end, p) == nullptr) {
+                DestroyBackward(block, block + lSize);
+                Deallocate(s->allocator, block, lSize);
+                return ORV_FALSE;
+            }
+            ++l->end;
+        }
+        Destruct(s);
+        Adopt(s, block, lSize, lSize);
+        return ORV_TRUE;
+    }
+
+    // --- size and storage ----------------------------------------------------------
+
+    static Size SizeOf(const R* x) { return static_cast<Size>(x->end - x->begin); }
+    static Size Capacity(const R* x) { return static_cast<Size>(x->endBuf - x->begin); }
+    static OrvBool Empty(const R* x) { return x->begin == x->end ? ORV_TRUE : ORV_FALSE; }
+
+    static OrvBool Reserve(R* x, Size capacity)
+    {
+        if (capacity <= Capacity(x)) return ORV_TRUE;
+        if (capacity > kMaxSize) return ORV_FALSE;
+        return Reallocate(x, capacity) ? ORV_TRUE : ORV_FALSE;
+    }
+
+    static OrvBool Resize(R* x, Size n, const T* t)
+    {
+        const Size size = SizeOf(x);
+        if (n < size) {
+            DestroyBackward(x->begin + n, x->end);
+            x->end = x->begin + n;
+            return ORV_TRUE;
+        }
+        if (n == size) return ORV_TRUE;
+        if (n > kMaxSize) return ORV_FALSE;
+        // Room for the current size plus the requested size, as the growth policy
+        // has it; capped at the largest count, which still holds n.
+        const Size wanted = size + n > kMaxSize ? kMaxSize : size + n;
+        const Size tIndex = IndexIfInside(x, t);
+        if (!Reserve(x, wanted)) return ORV_FALSE;
+        if (tIndex != kOutside) t = x->begin + tIndex;
+        while (x->end != x->begin + n) {
+            if (E::ConstructCopy(x->end, t) == nullptr) return ORV_FALSE;
+            ++x->end;
+        }
+        return ORV_TRUE;
+    }
+
+    static void Clear(R* x)
+    {
+        DestroyBackward(x->begin, x->end);
+        x->end = x->begin;
+    }
+
+    // --- changing the contents -------------------------------------------------------
+
+    static OrvBool PushBack(R* x, const T* t)
+    {
+        if (x->end == x->endBuf) {
+            const Size size = SizeOf(x);
+            if (size >= kMaxSize) return ORV_FALSE;
+            const Size tIndex = IndexIfInside(x, t);
+            if (!Reallocate(x, GrowOne(size))) return ORV_FALSE;
+            if (tIndex != kOutside) t = x->begin + tIndex; // the value moved with its block
+        }
+        if (E::ConstructCopy(x->end, t) == nullptr) return ORV_FALSE;
+        ++x->end;
+        return ORV_TRUE;
+    }
+
+    static void PopBack(R* x)
+    {
+        --x->end;
+        E::Destruct(x->end);
+    }
+
+    static T* Insert(R* x, T* pos, const T* t)
+    {
+        if (x->end == x->endBuf) {
+            const Size size = SizeOf(x);
+            if (size >= kMaxSize) return nullptr;
+            const Size index = static_cast<Size>(pos - x->begin);
+            return RebuildAround(x, pos, 1, GrowOne(size), [t](Size) { return t; }) ? x->begin + index : nullptr;
+        }
+        if (pos == x->end) {
+            if (E::ConstructCopy(x->end, t) == nullptr) return nullptr;
+            ++x->end;
+            return pos;
+        }
+        // A source inside the vector at or after pos has moved up one slot by the
+        // time it is read.
+        const T* src = Inside(t, pos, x->end) ? t + 1 : t;
+        if (E::ConstructCopy(x->end, x->end - 1) == nullptr) return nullptr;
+        ++x->end;
+        for (T* p = x->end - 2; p != pos; --p) {
+            if (E::Assign(p, p - 1) == nullptr) return nullptr;
+        }
+        return E::Assign(pos, src) == nullptr ? nullptr : pos;
+    }
+
+    static OrvBool InsertN(R* x, T* pos, Size n, const T* t)
+    {
+        return InsertCounted(x, pos, n, [t](Size) { return t; });
+    }
+
+    static OrvBool InsertRange(R* x, T* pos, const T* first, const T* last)
+    {
+        return InsertCounted(x, pos, static_cast<Size>(last - first), [first](Size k) { return first + k; });
+    }
+
+    static T* Erase(R* x, T* pos)
+    {
+        for (T* p = pos; p + 1 != x->end; ++p) {
+            if (E::Assign(p, p + 1) == nullptr) return EndAt(x, p);
+        }
+        PopBack(x);
+        return pos;
+    }
+
+    static T* EraseRange(R* x, T* first, T* last)
+    {
+        if (first == last) return first;
+        T* out = first;
+        for (T* s = last; s != x->end; ++s, ++out) {
+            if (E::Assign(out, s) == nullptr) return EndAt(x, out);
+        }
+        DestroyBackward(out, x->end);
+        x->end = out;
+        return first;
+    }
+
+private:
+    static constexpr Size kOutside = ~Size{0};
+
+    static T* Allocate(OrvAllocator* a, Size n) { return static_cast<T*>(OrvAllocatorAllocate(a, n * sizeof(T))); }
+    static void Deallocate(OrvAllocator* a, T* block, Size n) { OrvAllocatorDeallocate(a, block, n * sizeof(T)); }
+
+    static void DestroyBackward(T* first, T* last)
+    {
+        while (last != first) E::Destruct(--last);
+    }
+
+    static void Adopt(R* x, T* block, Size size, Size capacity)
+    {
+        x->begin = block;
+        x->end = block + size;
+        x->endBuf = block + capacity;
+    }
+
+    // A constructor's element copy failed: release what it made and report failure.
+    static R* AbandonBlock(R* x, T* block, T* made, Size n)
+    {
+        DestroyBackward(block, made);
+        Deallocate(x->allocator, block, n);
+        return nullptr;
+    }
+
+    // An element assignment in Erase or EraseRange failed at slot p: the vector ends
+    // there, and the slots it gives up are destructed so that nothing leaks.
+    static T* EndAt(R* x, T* p)
+    {
+        DestroyBackward(p, x->end);
+        x->end = p;
+        return nullptr;
+    }
+
+    // Addresses compared as integers: sources may lie in any array.
+    static bool Inside(const T* p, const T* first, const T* last)
+    {
+        const auto a = reinterpret_cast<std::uintptr_t>(p);
+        return a >= reinterpret_cast<std::uintptr_t>(first) && a < reinterpret_cast<std::uintptr_t>(last);
+    }
+
+    static Size IndexIfInside(const R* x, const T* t)
+    {
+        return Inside(t, x->begin, x->end) ? static_cast<Size>(t - x->begin) : kOutside;
+    }
+
+    // Growth by one element (PushBack, Insert): double, or 2 slots for an empty vector.
+    static Size GrowOne(Size size)
+    {
+        const Size grown = size == 0 ? 2 : 2 * size;
+        return grown > kMaxSize ? kMaxSize : grown;
+    }
+
+    // Growth by n elements (InsertN, InsertRange); the caller has checked that
+    // size + n fits.
+    static Size GrowN(const R* x, Size n)
+    {
+        const Size needed = SizeOf(x) + n;
+        Size grown = x->begin == nullptr ? 2 * n : 2 * Capacity(x);
+        if (grown < needed) grown = needed;
+        return grown > kMaxSize ? kMaxSize : grown;
+    }
+
+    // Moves every element to a new block of `capacity` slots.
+    static bool Reallocate(R* x, Size capacity)
+    {
+        return RebuildAround(x, x->end, 0, capacity, [](Size) -> const T* { return nullptr; });
+    }
+
+    // Builds a new block of `capacity` slots holding the elements before pos, then
+    // `count` new elements (source(k) for k = 0..count-1), then the elements from pos
+    // on; then releases the old block. The sources are read before the old block goes,
+    // so they may lie inside it. False, with the vector untouched, when the block
+    // cannot be obtained or an element copy fails.
+    template <class Source>
+    static bool RebuildAround(R* x, T* pos, Size count, Size capacity, Source source)
+    {
+        T* block = Allocate(x->allocator, capacity);
+        if (block == nullptr) return false;
+        T* out = block;
+        auto put = [&out](const T* src) {
+            if (E::ConstructCopy(out, src) == nullptr) return false;
+            ++out;
+            return true;
+        };
+        bool ok = true;
+        for (const T* p = x->begin; ok && p != pos; ++p) ok = put(p);
+        for (Size k = 0; ok && k < count; ++k) ok = put(source(k));
+        for (const T* p = pos; ok && p != x->end; ++p) ok = put(p);
+        if (!ok) {
+            DestroyBackward(block, out);
+            Deallocate(x->allocator, block, capacity);
+            return false;
+        }
+        const Size newSize = SizeOf(x) + count;
+        Destruct(x);
+        Adopt(x, block, newSize, capacity);
+        return true;
+    }
+
+    // InsertN and InsertRange: n new elements before pos, element k read from source(k).
+    template <class Source>
+    static OrvBool InsertCounted(R* x, T* pos, Size n, Source source)
+    {
+        if (n == 0) return ORV_TRUE;
+        const Size size = SizeOf(x);
+        if (n > kMaxSize - size) return ORV_FALSE;
+        if (size + n > Capacity(x)) return RebuildAround(x, pos, n, GrowN(x, n), source) ? ORV_TRUE : ORV_FALSE;
+
+        T* const oldEnd = x->end;
+        const Size tail = static_cast<Size>(oldEnd - pos);
+        // Where a source is once the tail has moved up n slots: one inside the vector
+        // at or after pos has moved with it.
+        auto moved = [&](Size k) {
+            const T* s = source(k);
+            return Inside(s, pos, oldEnd) ? s + n : s;
+        };
+        auto append = [x](const T* src) {
+            if (E::ConstructCopy(x->end, src) == nullptr) return false;
+            ++x->end;
+            return true;
+        };
+        if (tail > n) {
+            //  before:  [ ..pos | a b c d e ]            n = 2
+            //  step 1:  [ ..pos | a b c d e | d e ]      last n copied into raw slots
+            //  step 2:  [ ..pos | a b a b c | d e ]      the rest moved up by assignment
+            //  step 3:  [ ..pos | t t a b c | d e ]      the new values assigned
+            for (T* s = oldEnd - n; s != oldEnd; ++s) {
+                if (!append(s)) return ORV_FALSE;
+            }
+            for (T* p = oldEnd - 1; p != pos + n - 1; --p) {
+                if (E::Assign(p, p - n) == nullptr) return ORV_FALSE;
+            }
+            for (Size k = 0; k < n; ++k) {
+                if (E::Assign(pos + k, moved(k)) == nullptr) return ORV_FALSE;
+            }
+            return ORV_TRUE;
+        }
+        //  before:  [ ..pos | a b ]                      n = 3
+        //  step 1:  [ ..pos | a b | t ]                  new values past the tail built in place
+        //  step 2:  [ ..pos | a b | t | a b ]            the tail copied behind them
+        //  step 3:  [ ..pos | t t | t | a b ]            the first new values assigned
+        for (Size k = tail; k < n; ++k) {
+            if (!append(source(k))) return ORV_FALSE;
+        }
+        if (tail == 0) return ORV_TRUE;
+        for (T* s = pos; s != oldEnd; ++s) {
+            if (!append(s)) return ORV_FALSE;
+        }
+        for (Size k = 0; k < tail; ++k) {
+            if (E::Assign(pos + k, moved(k)) == nullptr) return ORV_FALSE;
+        }
+        return ORV_TRUE;
+    }
+};
+
+// Position arithmetic of the vector's iterators: P is the element pointer the kind
+// holds (T* or const T*); a reverse kind holds the slot after the element it designates
+// and steps the other way.
+template <class T, class P, bool kReverse>
+struct VectorIterator {
+    using Diff = OrvDistanceT;
+    static constexpr Diff kDir = kReverse ? -1 : 1;
+
+    static P* ConstructCopy(P* x, const P* y)
+    {
+        *x = *y;
+        return x;
+    }
+    static OrvBool Swap(P* x, P* y)
+    {
+        P t = *x;
+        *x = *y;
+        *y = t;
+        return ORV_TRUE;
+    }
+    static OrvBool Equal(const P* x, const P* y) { return *x == *y ? ORV_TRUE : ORV_FALSE; }
+    static P ContentOf(P* x) { return kReverse ? *x - 1 : *x; }
+    static const T* ContentOfConst(const P* x) { return kReverse ? *x - 1 : *x; }
+    static P* ConstructExceptional(P* x)
+    {
+        *x = nullptr;
+        return x;
+    }
+    static OrvBool IsExceptional(P x) { return x == nullptr ? ORV_TRUE : ORV_FALSE; }
+    static P* IncrementN(P* x, Diff n)
+    {
+        *x = Step(*x, n * kDir);
+        return x;
+    }
+    static OrvBool Less(const P* x, const P* y)
+    {
+        const auto p = reinterpret_cast<std::uintptr_t>(*x);
+        const auto q = reinterpret_cast<std::uintptr_t>(*y);
+        return (kReverse ? q < p : p < q) ? ORV_TRUE : ORV_FALSE;
+    }
+    static P At(P* x, Diff n) { return kReverse ? Step(*x, -n - 1) : Step(*x, n); }
+    static P Add(P* x, Diff n) { return Step(*x, n * kDir); }
+    static Diff Subtract(P* x, P* y)
+    {
+        const auto bytes = static_cast<Diff>(reinterpret_cast<std::uintptr_t>(*x) - reinterpret_cast<std::uintptr_t>(*y));
+        return bytes / static_cast<Diff>(sizeof(T)) * kDir;
+    }
+
+private:
+    // Steps are counted in elements; a step of 0 leaves even the exceptional iterator
+    // alone.
+    static P Step(P p, Diff n) { return n == 0 ? p : p + n; }
+};
+
+} // namespace orv::containers
+
+// Defines the exported C functions of OrvVector_<T> (declared by ORV_DECLARE_VECTOR)
+// over Vector<E, OrvVector_<T>>. Use at namespace scope in exactly one source file.
+#define ORV_GENERATE_VECTOR(T, E)                                                                               \
+    using OrvVectorImpl_##T = ::orv::containers::Vector<E, OrvVector_##T>;                                       \
+    static_assert(sizeof(OrvVector_##T) == 4 * sizeof(void*));                                                     \
+    extern "C" {                                                                                                  \
+    OrvVector_##T* OrvVector_##T##ConstructDefault(OrvVector_##T* x, OrvAllocator* a)                            \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::ConstructDefault(x, a);                                                         \
+    }                                                                                                             \
+    OrvVector_##T* OrvVector_##T##ConstructN(OrvVector_##T* x, OrvVector_##T##SizeType n, const T* t,             \
+                                             OrvAllocator* a)                                                     \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::ConstructN(x, n, t, a);                                                         \
+    }                                                                                                             \
+    OrvVector_##T* OrvVector_##T##ConstructRange(OrvVector_##T* x, OrvVector_##T##ConstIterator first,            \
+                                                 OrvVector_##T##ConstIterator last, OrvAllocator* a)              \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::ConstructRange(x, first, last, a);                                              \
+    }                                                                                                             \
+    OrvVector_##T* OrvVector_##T##ConstructCopy(OrvVector_##T* x, const OrvVector_##T* y)                         \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::ConstructCopy(x, y);                                                            \
+    }                                                                                                             \
+    void OrvVector_##T##Destruct(OrvVector_##T* x) { OrvVectorImpl_##T::Destruct(x); }                           \
+    OrvVector_##T* OrvVector_##T##Assign(OrvVector_##T* x, const OrvVector_##T* y)                                \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::Assign(x, y);                                                                   \
+    }                                                                                                             \
+    OrvBool OrvVector_##T##Swap(OrvVector_##T* x, OrvVector_##T* y) { return OrvVectorImpl_##T::Swap(x, y); }    \
+    OrvVector_##T##SizeType OrvVector_##T##Size(const OrvVector_##T* x) { return OrvVectorImpl_##T::SizeOf(x); }  \
+    OrvVector_##T##SizeType OrvVector_##T##Capacity(const OrvVector_##T* x)                                       \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::Capacity(x);                                                                    \
+    }                                                                                                             \
+    OrvBool OrvVector_##T##Empty(const OrvVector_##T* x) { return OrvVectorImpl_##T::Empty(x); }                 \
+    OrvVector_##T##SizeType OrvVector_##T##MaxSize(const OrvVector_##T*) { return OrvVectorImpl_##T::kMaxSize; } \
+    OrvAllocator* OrvVector_##T##GetAllocator(const OrvVector_##T* x) { return x->allocator; }                   \
+    OrvBool OrvVector_##T##Reserve(OrvVector_##T* x, OrvVector_##T##SizeType capacity)                            \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::Reserve(x, capacity);                                                           \
+    }                                                                                                             \
+    OrvBool OrvVector_##T##Resize(OrvVector_##T* x, OrvVector_##T##SizeType n, const T* t)                        \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::Resize(x, n, t);                                                                \
+    }                                                                                                             \
+    void OrvVector_##T##Clear(OrvVector_##T* x) { OrvVectorImpl_##T::Clear(x); }                                 \
+    T* OrvVector_##T##At(OrvVector_##T* x, OrvVector_##T##SizeType n) { return x->begin + n; }                    \
+    const T* OrvVector_##T##AtConst(const OrvVector_##T* x, OrvVector_##T##SizeType n) { return x->begin + n; }   \
+    T* OrvVector_##T##Front(OrvVector_##T* x) { return x->begin; }                                                \
+    const T* OrvVector_##T##FrontConst(const OrvVector_##T* x) { return x->begin; }                               \
+    T* OrvVector_##T##Back(OrvVector_##T* x) { return x->end - 1; }                                               \
+    const T* OrvVector_##T##BackConst(const OrvVector_##T* x) { return x->end - 1; }                              \
+    OrvVector_##T##Iterator OrvVector_##T##Begin(OrvVector_##T* x) { return x->begin; }                           \
+    OrvVector_##T##ConstIterator OrvVector_##T##BeginConst(const OrvVector_##T* x) { return x->begin; }           \
+    OrvVector_##T##Iterator OrvVector_##T##End(OrvVector_##T* x) { return x->end; }                               \
+    OrvVector_##T##ConstIterator OrvVector_##T##EndConst(const OrvVector_##T* x) { return x->end; }               \
+    OrvVector_##T##ReverseIterator OrvVector_##T##RBegin(OrvVector_##T* x) { return x->end; }                     \
+    OrvVector_##T##ConstReverseIterator OrvVector_##T##RBeginConst(const OrvVector_##T* x) { return x->end; }     \
+    OrvVector_##T##ReverseIterator OrvVector_##T##REnd(OrvVector_##T* x) { return x->begin; }                     \
+    OrvVector_##T##ConstReverseIterator OrvVector_##T##REndConst(const OrvVector_##T* x) { return x->begin; }     \
+    OrvBool OrvVector_##T##PushBack(OrvVector_##T* x, const T* t) { return OrvVectorImpl_##T::PushBack(x, t); }  \
+    void OrvVector_##T##PopBack(OrvVector_##T* x) { OrvVectorImpl_##T::PopBack(x); }                             \
+    OrvVector_##T##Iterator OrvVector_##T##Insert(OrvVector_##T* x, OrvVector_##T##Iterator pos, const T* t)      \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::Insert(x, pos, t);                                                              \
+    }                                                                                                             \
+    OrvBool OrvVector_##T##InsertN(OrvVector_##T* x, OrvVector_##T##Iterator pos, OrvVector_##T##SizeType n,      \
+                                   const T* t)                                                                    \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::InsertN(x, pos, n, t);                                                          \
+    }                                                                                                             \
+    OrvBool OrvVector_##T##InsertRange(OrvVector_##T* x, OrvVector_##T##Iterator pos,                             \
+                                       OrvVector_##T##ConstIterator first, OrvVector_##T##ConstIterator last)     \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::InsertRange(x, pos, first, last);                                               \
+    }                                                                                                             \
+    OrvVector_##T##Iterator OrvVector_##T##Erase(OrvVector_##T* x, OrvVector_##T##Iterator pos)                   \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::Erase(x, pos);                                                                  \
+    }                                                                                                             \
+    OrvVector_##T##Iterator OrvVector_##T##EraseRange(OrvVector_##T* x, OrvVector_##T##Iterator first,            \
+                                                      OrvVector_##T##Iterator last)                               \
+    {                                                                                                             \
+        return OrvVectorImpl_##T::EraseRange(x, first, last);                                                     \
+    }                                                                                                             \
+    void OrvVector_##T##Dump(const OrvVector_##T*, const char*, unsigned int) {}                                 \
+    }                                                                                                             \
+    ORV_GENERATE_VECTOR_ITERATOR_(T, Iterator, T*, false)                                                         \
+    ORV_GENERATE_VECTOR_ITERATOR_(T, ConstIterator, const T*, false)                                              \
+    ORV_GENERATE_VECTOR_ITERATOR_(T, ReverseIterator, T*, true)                                                   \
+    ORV_GENERATE_VECTOR_ITERATOR_(T, ConstReverseIterator, const T*, true)
+
+// The seventeen operations of one iterator kind K, holding element pointers P.
+#define ORV_GENERATE_VECTOR_ITERATOR_(T, K, P, reverse)                                                          \
+    extern "C" {                                                                                                  \
+    void OrvVector_##T##K##Destruct(OrvVector_##T##K*) {}                                                         \
+    OrvVector_##T##K* OrvVector_##T##K##ConstructCopy(OrvVector_##T##K* x, const OrvVector_##T##K* y)             \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::ConstructCopy(x, y);                             \
+    }                                                                                                             \
+    OrvVector_##T##K* OrvVector_##T##K##Assign(OrvVector_##T##K* x, const OrvVector_##T##K* y)                    \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::ConstructCopy(x, y);                             \
+    }                                                                                                             \
+    OrvBool OrvVector_##T##K##Swap(OrvVector_##T##K* x, OrvVector_##T##K* y)                                      \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::Swap(x, y);                                      \
+    }                                                                                                             \
+    OrvBool OrvVector_##T##K##Equal(const OrvVector_##T##K* x, const OrvVector_##T##K* y)                         \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::Equal(x, y);                                     \
+    }                                                                                                             \
+    P OrvVector_##T##K##ContentOf(OrvVector_##T##K* x)                                                            \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::ContentOf(x);                                    \
+    }                                                                                                             \
+    const T* OrvVector_##T##K##ContentOfConst(const OrvVector_##T##K* x)                                          \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::ContentOfConst(x);                               \
+    }                                                                                                             \
+    OrvVector_##T##K* OrvVector_##T##K##ConstructExceptional(OrvVector_##T##K* x)                                 \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::ConstructExceptional(x);                         \
+    }                                                                                                             \
+    OrvBool OrvVector_##T##K##IsExceptional(OrvVector_##T##K x)                                                   \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::IsExceptional(x);                                \
+    }                                                                                                             \
+    OrvVector_##T##K* OrvVector_##T##K##Increment(OrvVector_##T##K* x)                                            \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::IncrementN(x, 1);                                \
+    }                                                                                                             \
+    OrvVector_##T##K* OrvVector_##T##K##Decrement(OrvVector_##T##K* x)                                            \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::IncrementN(x, -1);                               \
+    }                                                                                                             \
+    OrvBool OrvVector_##T##K##Less(const OrvVector_##T##K* x, const OrvVector_##T##K* y)                          \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::Less(x, y);                                      \
+    }                                                                                                             \
+    P OrvVector_##T##K##At(OrvVector_##T##K* x, OrvVector_##T##K##DifferenceType n)                               \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::At(x, n);                                        \
+    }                                                                                                             \
+    OrvVector_##T##K* OrvVector_##T##K##IncrementN(OrvVector_##T##K* x, OrvVector_##T##K##DifferenceType n)       \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::IncrementN(x, n);                                \
+    }                                                                                                             \
+    OrvVector_##T##K* OrvVector_##T##K##DecrementN(OrvVector_##T##K* x, OrvVector_##T##K##DifferenceType n)       \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::IncrementN(x, -n);                               \
+    }                                                                                                             \
+    OrvVector_##T##K OrvVector_##T##K##Add(OrvVector_##T##K* x, OrvVector_##T##K##DifferenceType n)               \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::Add(x, n);                                       \
+    }                                                                                                             \
+    OrvVector_##T##K##DifferenceType OrvVector_##T##K##Subtract(OrvVector_##T##K* x, OrvVector_##T##K* y)         \
+    {                                                                                                             \
+        return ::orv::containers::VectorIterator<T, P, reverse>::Subtract(x, y);                                  \
+    }                                                                                                             \
+    }
+
+#endif // ORV_SRC_CONTAINERS_VECTOR_HPP

@@ -1,0 +1,813 @@
+// OrvVector_OrvDateTime, and the same template over a plain integer record.
+#include "Orv/Calendar/OrvDateTime.h"
+#include "support/CountingAllocator.h"
+#include "support/IntContainers.h"
+#include "support/TestZones.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+using orv::test::CountingAllocator;
+using orv::test::Int;
+using orv::test::IntState;
+
+namespace {
+
+constexpr OrvSizeT kSlot = sizeof(OrvDateTime);
+constexpr OrvTime kSecond = 1000000000;
+
+// Date-time values 0, 1, 2, ... seconds after the epoch (floating), owned by the test.
+class Values {
+public:
+    explicit Values(int n, const OrvTimezone* tz = nullptr) : v_(static_cast<std::size_t>(n))
+    {
+        for (int i = 0; i < n; ++i) OrvDateTimeConstruct(&v_[static_cast<std::size_t>(i)], i * kSecond, tz);
+    }
+    ~Values()
+    {
+        for (auto& d : v_) OrvDateTimeDestruct(&d);
+    }
+    const OrvDateTime* operator[](int i) const { return &v_[static_cast<std::size_t>(i)]; }
+    const OrvDateTime* end() const { return v_.data() + v_.size(); }
+
+private:
+    std::vector<OrvDateTime> v_;
+};
+
+// The seconds held by the vector, in order.
+std::vector<OrvTime> Seconds(const OrvVector_OrvDateTime* v)
+{
+    std::vector<OrvTime> out;
+    for (const OrvDateTime* p = v->begin; p != v->end; ++p) out.push_back(p->wallTime / kSecond);
+    return out;
+}
+
+// A vector on `a` holding `size` values 0.. with exactly `capacity` slots.
+void Make(OrvVector_OrvDateTime* v, OrvAllocator* a, int size, OrvSizeT capacity, const Values& values)
+{
+    OrvVector_OrvDateTimeConstructDefault(v, a);
+    ASSERT_TRUE(OrvVector_OrvDateTimeReserve(v, capacity));
+    for (int i = 0; i < size; ++i) ASSERT_TRUE(OrvVector_OrvDateTimePushBack(v, values[i]));
+    ASSERT_EQ(OrvVector_OrvDateTimeCapacity(v), capacity);
+}
+
+// --- growth policy --------------------------------------------------------------
+
+struct GrowthCase {
+    const char* name;
+    int size;
+    OrvSizeT capacity;
+    std::function<bool(OrvVector_OrvDateTime*, const Values&)> op;
+    OrvSizeT wantCapacity; // the one block obtained, if it grew
+    OrvSizeT wantSize;
+};
+
+TEST(VectorGrowth, CapacityAfterEveryGrowthPath)
+{
+    using V = OrvVector_OrvDateTime*;
+    const std::vector<GrowthCase> cases = {
+        {"PushBack into no storage", 0, 0, [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]); }, 2, 1},
+        {"PushBack, 3rd element", 2, 2, [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]); }, 4, 3},
+        {"PushBack, 5th element", 4, 4, [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]); }, 8, 5},
+        {"PushBack, 9th element", 8, 8, [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]); }, 16, 9},
+        {"PushBack with room", 1, 2, [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]); }, 2, 2},
+        {"Insert into full 3", 3, 3,
+         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsert(v, v->begin + 1, x[9]) != nullptr; }, 6, 4},
+        {"Insert into no storage", 0, 0,
+         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsert(v, v->begin, x[9]) != nullptr; }, 2, 1},
+        {"InsertN 5 into no storage", 0, 0,
+         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->begin, 5, x[9]); }, 10, 5},
+        {"InsertN 3 into 4 of 4", 4, 4,
+         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->begin + 2, 3, x[9]); }, 8, 7},
+        {"InsertN 10 into 4 of 4", 4, 4,
+         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->end, 10, x[9]); }, 14, 14},
+        {"InsertN 3 into 2 of 8 (room)", 2, 8,
+         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->begin, 3, x[9]); }, 8, 5},
+        {"InsertN 0 into no storage", 0, 0,
+         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->begin, 0, x[9]); }, 0, 0},
+        {"InsertRange 3 into 4 of 4", 4, 4,
+         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertRange(v, v->begin, x[5], x[8]); }, 8, 7},
+        {"InsertRange 5 into no storage", 0, 0,
+         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertRange(v, v->begin, x[5], x[10]); }, 10, 5},
+        {"Reserve 5 on no storage", 0, 0, [](V v, const Values&) { return OrvVector_OrvDateTimeReserve(v, 5); }, 5, 0},
+        {"Reserve 0 on no storage", 0, 0, [](V v, const Values&) { return OrvVector_OrvDateTimeReserve(v, 0); }, 0, 0},
+        {"Reserve below Capacity", 2, 8, [](V v, const Values&) { return OrvVector_OrvDateTimeReserve(v, 3); }, 8, 2},
+        {"Resize 3 of 4 to 5", 3, 4, [](V v, const Values& x) { return OrvVector_OrvDateTimeResize(v, 5, x[9]); }, 8, 5},
+        {"Resize 3 of 10 to 5", 3, 10, [](V v, const Values& x) { return OrvVector_OrvDateTimeResize(v, 5, x[9]); }, 10, 5},
+        {"Resize 3 of 4 to 1", 3, 4, [](V v, const Values& x) { return OrvVector_OrvDateTimeResize(v, 1, x[9]); }, 4, 1},
+        {"Clear keeps the block", 3, 4, [](V v, const Values&) { OrvVector_OrvDateTimeClear(v); return true; }, 4, 0},
+    };
+    for (const GrowthCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        Values values(12);
+        CountingAllocator a;
+        OrvVector_OrvDateTime v;
+        Make(&v, a.get(), c.size, c.capacity, values);
+        const std::size_t before = a.allocatedSizes().size();
+        ASSERT_TRUE(c.op(&v, values));
+        EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&v), c.wantCapacity);
+        EXPECT_EQ(OrvVector_OrvDateTimeSize(&v), c.wantSize);
+        const bool grew = c.wantCapacity != c.capacity;
+        ASSERT_EQ(a.allocatedSizes().size() - before, grew ? 1u : 0u);
+        if (grew) {
+            EXPECT_EQ(a.allocatedSizes().back(), c.wantCapacity * kSlot);
+        }
+        if (grew && c.capacity > 0) {
+            EXPECT_EQ(a.deallocatedSizes().back(), c.capacity * kSlot);
+        }
+        OrvVector_OrvDateTimeDestruct(&v);
+        EXPECT_EQ(a.liveBlocks(), 0u);
+        EXPECT_EQ(a.badDeallocations(), 0u);
+    }
+}
+
+TEST(VectorGrowth, ConstructorsAndAssignTakeExactCounts)
+{
+    Values values(8);
+    CountingAllocator a;
+    CountingAllocator b;
+    OrvVector_OrvDateTime v;
+    ASSERT_EQ(OrvVector_OrvDateTimeConstructN(&v, 0, values[0], a.get()), &v);
+    EXPECT_EQ(v.begin, nullptr);
+    EXPECT_EQ(a.allocations(), 0u);
+    OrvVector_OrvDateTimeDestruct(&v);
+    ASSERT_EQ(OrvVector_OrvDateTimeConstructRange(&v, values[2], values[2], a.get()), &v);
+    EXPECT_EQ(v.begin, nullptr);
+    OrvVector_OrvDateTimeDestruct(&v);
+
+    OrvVector_OrvDateTime src;
+    Make(&src, a.get(), 3, 8, values);
+    OrvVector_OrvDateTime copy;
+    ASSERT_EQ(OrvVector_OrvDateTimeConstructCopy(&copy, &src), &copy);
+    EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&copy), 3u);
+    EXPECT_EQ(OrvVector_OrvDateTimeGetAllocator(&copy), a.get());
+    EXPECT_EQ(a.allocatedSizes().back(), 3 * kSlot);
+
+    OrvVector_OrvDateTime five;
+    ASSERT_NE(OrvVector_OrvDateTimeConstructRange(&five, values[0], values[5], b.get()), nullptr);
+    OrvVector_OrvDateTime small;
+    Make(&small, b.get(), 2, 3, values);
+    ASSERT_EQ(OrvVector_OrvDateTimeAssign(&small, &five), &small);
+    EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&small), 5u);
+    EXPECT_EQ(Seconds(&small), (std::vector<OrvTime>{0, 1, 2, 3, 4}));
+    EXPECT_EQ(OrvVector_OrvDateTimeGetAllocator(&small), b.get());
+
+    OrvVector_OrvDateTime big;
+    Make(&big, a.get(), 7, 8, values);
+    const std::size_t allocations = a.allocations();
+    ASSERT_EQ(OrvVector_OrvDateTimeAssign(&big, &five), &big);
+    EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&big), 8u);
+    EXPECT_EQ(Seconds(&big), (std::vector<OrvTime>{0, 1, 2, 3, 4}));
+    EXPECT_EQ(a.allocations(), allocations);
+    EXPECT_EQ(OrvVector_OrvDateTimeAssign(&big, &big), &big);
+    EXPECT_EQ(Seconds(&big), (std::vector<OrvTime>{0, 1, 2, 3, 4}));
+
+    for (auto* x : {&src, &copy, &five, &small, &big}) OrvVector_OrvDateTimeDestruct(x);
+    EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
+    EXPECT_EQ(a.badDeallocations() + b.badDeallocations(), 0u);
+}
+
+TEST(VectorGrowth, MaxSizeIsFixedAndLargerRequestsFailWithoutAllocating)
+{
+    CountingAllocator a;
+    Values values(1);
+    OrvVector_OrvDateTime v;
+    OrvVector_OrvDateTimeConstructDefault(&v, a.get());
+    EXPECT_EQ(OrvVector_OrvDateTimeMaxSize(&v), 44739242u);
+    EXPECT_FALSE(OrvVector_OrvDateTimeReserve(&v, 44739243));
+    EXPECT_FALSE(OrvVector_OrvDateTimeResize(&v, 44739243, values[0]));
+    EXPECT_FALSE(OrvVector_OrvDateTimeInsertN(&v, v.begin, 44739243, values[0]));
+    OrvVector_OrvDateTime w;
+    EXPECT_EQ(OrvVector_OrvDateTimeConstructN(&w, 44739243, values[0], a.get()), nullptr);
+    EXPECT_EQ(a.allocations(), 0u);
+    OrvVector_OrvDateTimeDestruct(&v);
+}
+
+// --- allocation failure ----------------------------------------------------------
+
+// Each operation obtains exactly one block. With that allocation failing it must give
+// its failure result, leave the vector as it was and leak nothing; with it succeeding,
+// it must succeed.
+TEST(VectorAllocationFailure, EveryAllocatingOperationFailsCleanly)
+{
+    using V = OrvVector_OrvDateTime*;
+    struct Case {
+        const char* name;
+        int size;
+        OrvSizeT capacity;
+        std::function<bool(V, const Values&)> op; // true on success
+    };
+    const std::vector<Case> cases = {
+        {"PushBack", 2, 2, [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]) != 0; }},
+        {"Insert", 2, 2, [](V v, const Values& x) { return OrvVector_OrvDateTimeInsert(v, v->begin, x[9]) != nullptr; }},
+        {"InsertN", 2, 2, [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->begin + 1, 2, x[9]) != 0; }},
+        {"InsertRange", 2, 3,
+         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertRange(v, v->end, x[5], x[9]) != 0; }},
+        {"Reserve", 2, 2, [](V v, const Values&) { return OrvVector_OrvDateTimeReserve(v, 3) != 0; }},
+        {"Resize", 2, 3, [](V v, const Values& x) { return OrvVector_OrvDateTimeResize(v, 4, x[9]) != 0; }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        for (bool fail : {true, false}) {
+            Values values(10);
+            CountingAllocator a;
+            OrvVector_OrvDateTime v;
+            Make(&v, a.get(), c.size, c.capacity, values);
+            const OrvVector_OrvDateTime before = v;
+            const auto seconds = Seconds(&v);
+            a.failAt(fail ? 1 : 0);
+            const bool ok = c.op(&v, values);
+            EXPECT_EQ(ok, !fail);
+            if (fail) {
+                EXPECT_EQ(v.begin, before.begin);
+                EXPECT_EQ(v.end, before.end);
+                EXPECT_EQ(v.endBuf, before.endBuf);
+                EXPECT_EQ(Seconds(&v), seconds);
+            }
+            OrvVector_OrvDateTimeDestruct(&v);
+            EXPECT_EQ(a.liveBlocks(), 0u);
+            EXPECT_EQ(a.badDeallocations(), 0u);
+        }
+    }
+}
+
+TEST(VectorAllocationFailure, ConstructorsReturnNullHoldingNothing)
+{
+    Values values(4);
+    OrvTimezone zone;
+    CountingAllocator za;
+    ASSERT_NE(orv::test::MakeTransitionZone(&zone, {}, za.get()), nullptr);
+    OrvDateTime zoned;
+    OrvDateTimeConstruct(&zoned, 0, &zone);
+    const OrvInt uses = OrvTimezoneGetUseCount(&zone);
+
+    CountingAllocator a;
+    OrvVector_OrvDateTime src;
+    ASSERT_NE(OrvVector_OrvDateTimeConstructN(&src, 3, &zoned, a.get()), nullptr);
+    a.failAll(true);
+    OrvVector_OrvDateTime v;
+    EXPECT_EQ(OrvVector_OrvDateTimeConstructN(&v, 3, &zoned, a.get()), nullptr);
+    EXPECT_EQ(OrvVector_OrvDateTimeConstructRange(&v, values[0], values[3], a.get()), nullptr);
+    EXPECT_EQ(OrvVector_OrvDateTimeConstructCopy(&v, &src), nullptr);
+    EXPECT_EQ(a.liveBlocks(), 1u);
+    EXPECT_EQ(OrvTimezoneGetUseCount(&zone), uses + 3);
+    OrvVector_OrvDateTimeDestruct(&src);
+    EXPECT_EQ(OrvTimezoneGetUseCount(&zone), uses);
+    OrvDateTimeDestruct(&zoned);
+    OrvTimezoneDestruct(&zone);
+}
+
+TEST(VectorAllocationFailure, AssignLeavesTargetEmptyWithoutStorage)
+{
+    Values values(6);
+    CountingAllocator a;
+    OrvVector_OrvDateTime x;
+    OrvVector_OrvDateTime y;
+    Make(&x, a.get(), 2, 2, values);
+    Make(&y, a.get(), 5, 5, values);
+    a.failAt(1);
+    EXPECT_EQ(OrvVector_OrvDateTimeAssign(&x, &y), nullptr);
+    EXPECT_EQ(x.begin, nullptr);
+    EXPECT_EQ(x.end, nullptr);
+    EXPECT_EQ(x.endBuf, nullptr);
+    EXPECT_EQ(OrvVector_OrvDateTimeGetAllocator(&x), a.get());
+    EXPECT_EQ(a.liveBlocks(), 1u); // y's
+    ASSERT_TRUE(OrvVector_OrvDateTimePushBack(&x, values[3])); // still a usable vector
+    EXPECT_EQ(Seconds(&x), std::vector<OrvTime>{3});
+    OrvVector_OrvDateTimeDestruct(&x);
+    OrvVector_OrvDateTimeDestruct(&y);
+    EXPECT_EQ(a.liveBlocks(), 0u);
+    EXPECT_EQ(a.badDeallocations(), 0u);
+}
+
+// --- swap ------------------------------------------------------------------------
+
+TEST(VectorSwap, EmptyVectorsKeepTheirBlocks)
+{
+    Values values(1);
+    for (bool shared : {true, false}) {
+        CountingAllocator a;
+        CountingAllocator b;
+        OrvVector_OrvDateTime x;
+        OrvVector_OrvDateTime y;
+        Make(&x, a.get(), 0, 3, values);
+        Make(&y, shared ? a.get() : b.get(), 0, 7, values);
+        EXPECT_TRUE(OrvVector_OrvDateTimeSwap(&x, &y));
+        EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&x), 3u);
+        EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&y), 7u);
+        OrvVector_OrvDateTimeDestruct(&x);
+        OrvVector_OrvDateTimeDestruct(&y);
+        EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
+    }
+}
+
+TEST(VectorSwap, SharedAllocatorExchangesRecords)
+{
+    Values values(5);
+    CountingAllocator a;
+    OrvVector_OrvDateTime x;
+    OrvVector_OrvDateTime y;
+    Make(&x, a.get(), 2, 4, values);
+    OrvVector_OrvDateTimeConstructDefault(&y, a.get());
+    const OrvDateTime* xBlock = x.begin;
+    const std::size_t allocations = a.allocations();
+    EXPECT_TRUE(OrvVector_OrvDateTimeSwap(&x, &y));
+    EXPECT_EQ(x.begin, nullptr);
+    EXPECT_EQ(y.begin, xBlock);
+    EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&y), 4u);
+    EXPECT_EQ(a.allocations(), allocations);
+    OrvVector_OrvDateTimeDestruct(&x);
+    OrvVector_OrvDateTimeDestruct(&y);
+}
+
+TEST(VectorSwap, DifferentAllocatorsCopyAndKeepAllocators)
+{
+    Values values(10);
+    CountingAllocator a;
+    CountingAllocator b;
+    OrvVector_OrvDateTime x;
+    OrvVector_OrvDateTime y;
+    Make(&x, a.get(), 2, 4, values);
+    OrvVector_OrvDateTimeConstructDefault(&y, b.get());
+    ASSERT_TRUE(OrvVector_OrvDateTimeReserve(&y, 6));
+    for (int i = 5; i < 10; ++i) OrvVector_OrvDateTimePushBack(&y, values[i]);
+    const OrvDateTime* yBlock = y.begin;
+
+    a.failAt(1); // x, the smaller, needs a new block from its own allocator
+    EXPECT_FALSE(OrvVector_OrvDateTimeSwap(&x, &y));
+    EXPECT_EQ(Seconds(&x), (std::vector<OrvTime>{0, 1}));
+    EXPECT_EQ(Seconds(&y), (std::vector<OrvTime>{5, 6, 7, 8, 9}));
+
+    ASSERT_TRUE(OrvVector_OrvDateTimeSwap(&x, &y));
+    EXPECT_EQ(Seconds(&x), (std::vector<OrvTime>{5, 6, 7, 8, 9}));
+    EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&x), 5u);
+    EXPECT_EQ(a.allocatedSizes().back(), 5 * kSlot);
+    EXPECT_EQ(a.deallocatedSizes().back(), 4 * kSlot);
+    EXPECT_EQ(Seconds(&y), (std::vector<OrvTime>{0, 1}));
+    EXPECT_EQ(y.begin, yBlock);
+    EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&y), 6u);
+    EXPECT_EQ(x.allocator, a.get());
+    EXPECT_EQ(y.allocator, b.get());
+
+    // Equal sizes: y is the one that gets a new block.
+    OrvVector_OrvDateTimeResize(&x, 2, values[0]);
+    const OrvDateTime* xBlock = x.begin;
+    ASSERT_TRUE(OrvVector_OrvDateTimeSwap(&x, &y));
+    EXPECT_EQ(x.begin, xBlock);
+    EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&y), 2u);
+    EXPECT_EQ(Seconds(&x), (std::vector<OrvTime>{0, 1}));
+    EXPECT_EQ(Seconds(&y), (std::vector<OrvTime>{5, 6}));
+
+    OrvVector_OrvDateTimeDestruct(&x);
+    OrvVector_OrvDateTimeDestruct(&y);
+    EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
+    EXPECT_EQ(a.badDeallocations() + b.badDeallocations(), 0u);
+}
+
+// --- zone references ---------------------------------------------------------------
+
+TEST(VectorZoneReferences, OneReferencePerElementThroughCopiesAndReallocation)
+{
+    CountingAllocator za;
+    OrvTimezone zone;
+    ASSERT_NE(orv::test::MakeTransitionZone(&zone, orv::test::DstSpec(), za.get()), nullptr);
+    OrvDateTime d;
+    ASSERT_NE(OrvDateTimeConstruct(&d, 0, &zone), nullptr);
+    const OrvInt base = OrvTimezoneGetUseCount(&zone);
+
+    CountingAllocator a;
+    CountingAllocator b;
+    OrvVector_OrvDateTime v;
+    ASSERT_NE(OrvVector_OrvDateTimeConstructN(&v, 5, &d, a.get()), nullptr);
+    EXPECT_EQ(OrvTimezoneGetUseCount(&zone), base + 5);
+    ASSERT_TRUE(OrvVector_OrvDateTimeReserve(&v, 40));
+    EXPECT_EQ(OrvTimezoneGetUseCount(&zone), base + 5);
+    ASSERT_TRUE(OrvVector_OrvDateTimeInsertN(&v, v.begin + 2, 3, &d));
+    ASSERT_NE(OrvVector_OrvDateTimeErase(&v, v.begin), nullptr);
+    EXPECT_EQ(OrvTimezoneGetUseCount(&zone), base + 7);
+
+    OrvVector_OrvDateTime other;
+    ASSERT_NE(OrvVector_OrvDateTimeConstructN(&other, 2, &d, b.get()), nullptr);
+    ASSERT_TRUE(OrvVector_OrvDateTimeSwap(&v, &other)); // different allocators: by copying
+    EXPECT_EQ(OrvTimezoneGetUseCount(&zone), base + 9);
+    ASSERT_NE(OrvVector_OrvDateTimeAssign(&other, &v), nullptr);
+    EXPECT_EQ(OrvTimezoneGetUseCount(&zone), base + 4);
+    OrvVector_OrvDateTimeDestruct(&other);
+    OrvVector_OrvDateTimeDestruct(&v);
+    EXPECT_EQ(OrvTimezoneGetUseCount(&zone), base);
+    OrvDateTimeDestruct(&d);
+    OrvTimezoneDestruct(&zone);
+    EXPECT_EQ(za.liveBlocks(), 0u);
+}
+
+// --- element handling, seen through the integer instantiation ----------------------
+
+class IntVector : public ::testing::Test {
+protected:
+    void SetUp() override { orv::test::ResetIntState(); }
+    void TearDown() override { EXPECT_EQ(IntState().live, 0) << "elements leaked or destructed twice"; }
+
+    static std::vector<int64_t> Contents(const OrvVector_OrvTestInt* v)
+    {
+        std::vector<int64_t> out;
+        for (const OrvTestInt* p = v->begin; p != v->end; ++p) out.push_back(p->value);
+        return out;
+    }
+    static void Fill(OrvVector_OrvTestInt* v, OrvAllocator* a, std::initializer_list<int64_t> values,
+                     OrvSizeT capacity)
+    {
+        OrvVector_OrvTestIntConstructDefault(v, a);
+        OrvVector_OrvTestIntReserve(v, capacity);
+        for (int64_t x : values) {
+            const OrvTestInt t = Int(x);
+            OrvVector_OrvTestIntPushBack(v, &t);
+        }
+    }
+};
+
+TEST_F(IntVector, ReallocationCopiesAllThenDestructsLastFirst)
+{
+    CountingAllocator a;
+    OrvVector_OrvTestInt v;
+    Fill(&v, a.get(), {1, 2, 3}, 3);
+    IntState().logging = true;
+    const OrvTestInt t = Int(4);
+    ASSERT_TRUE(OrvVector_OrvTestIntPushBack(&v, &t));
+    EXPECT_EQ(IntState().log, (std::vector<std::string>{"C1", "C2", "C3", "D3", "D2", "D1", "C4"}));
+    IntState().log.clear();
+    OrvVector_OrvTestIntDestruct(&v);
+    EXPECT_EQ(IntState().log, (std::vector<std::string>{"D4", "D3", "D2", "D1"}));
+}
+
+TEST_F(IntVector, InPlaceInsertsAndErasesMoveByAssignment)
+{
+    CountingAllocator a;
+    OrvVector_OrvTestInt v;
+    Fill(&v, a.get(), {1, 2, 3, 4, 5}, 16);
+    IntState().logging = true;
+    const OrvTestInt t = Int(9);
+    ASSERT_EQ(OrvVector_OrvTestIntInsert(&v, v.begin + 3, &t), v.begin + 3);
+    EXPECT_EQ(IntState().log, (std::vector<std::string>{"C5", "A4", "A9"}));
+    IntState().log.clear();
+    OrvTestInt* at = OrvVector_OrvTestIntInsert(&v, v.end, &t);
+    ASSERT_EQ(at, v.end - 1);
+    EXPECT_EQ(IntState().log, std::vector<std::string>{"C9"}); // at End: nothing assigned
+    IntState().log.clear();
+    ASSERT_EQ(OrvVector_OrvTestIntEraseRange(&v, v.begin + 1, v.begin + 3), v.begin + 1);
+    EXPECT_EQ(IntState().log, (std::vector<std::string>{"A9", "A4", "A5", "A9", "D9", "D5"}));
+    EXPECT_EQ(Contents(&v), (std::vector<int64_t>{1, 9, 4, 5, 9}));
+    IntState().logging = false;
+    OrvVector_OrvTestIntDestruct(&v);
+}
+
+// InsertN and InsertRange with room, both shapes (tail longer than the insertion and
+// not), at every position, checked against std::vector.
+TEST_F(IntVector, InPlaceInsertNAndRangeMatchStdVector)
+{
+    const std::vector<int64_t> base = {10, 11, 12, 13, 14};
+    const std::vector<int64_t> range = {7, 8, 9};
+    for (std::size_t pos = 0; pos <= base.size(); ++pos) {
+        for (std::size_t n = 0; n <= 3; ++n) {
+            CountingAllocator a;
+            OrvVector_OrvTestInt v;
+            Fill(&v, a.get(), {10, 11, 12, 13, 14}, 16);
+            const OrvTestInt t = Int(99);
+            ASSERT_TRUE(OrvVector_OrvTestIntInsertN(&v, v.begin + pos, n, &t));
+            std::vector<int64_t> want = base;
+            want.insert(want.begin() + static_cast<std::ptrdiff_t>(pos), n, 99);
+            EXPECT_EQ(Contents(&v), want) << "InsertN pos " << pos << " n " << n;
+
+            OrvVector_OrvTestInt w;
+            Fill(&w, a.get(), {10, 11, 12, 13, 14}, 16);
+            const OrvTestInt r[3] = {Int(7), Int(8), Int(9)};
+            ASSERT_TRUE(OrvVector_OrvTestIntInsertRange(&w, w.begin + pos, r, r + n));
+            want = base;
+            want.insert(want.begin() + static_cast<std::ptrdiff_t>(pos), range.begin(),
+                        range.begin() + static_cast<std::ptrdiff_t>(n));
+            EXPECT_EQ(Contents(&w), want) << "InsertRange pos " << pos << " n " << n;
+            EXPECT_EQ(IntState().live, 10 + static_cast<long>(2 * n));
+            OrvVector_OrvTestIntDestruct(&v);
+            OrvVector_OrvTestIntDestruct(&w);
+            EXPECT_EQ(a.liveBlocks(), 0u);
+        }
+    }
+}
+
+// A source inside the vector is read as if it had been copied out first, on the
+// in-place and the reallocating paths alike.
+TEST_F(IntVector, SourcesInsideTheVector)
+{
+    for (OrvSizeT capacity : {5u, 16u}) {
+        SCOPED_TRACE(capacity);
+        CountingAllocator a;
+        OrvVector_OrvTestInt v;
+        Fill(&v, a.get(), {0, 1, 2, 3, 4}, capacity);
+        ASSERT_TRUE(OrvVector_OrvTestIntPushBack(&v, v.begin + 1));
+        EXPECT_EQ(Contents(&v), (std::vector<int64_t>{0, 1, 2, 3, 4, 1}));
+        ASSERT_NE(OrvVector_OrvTestIntInsert(&v, v.begin, v.begin + 2), nullptr);
+        EXPECT_EQ(Contents(&v), (std::vector<int64_t>{2, 0, 1, 2, 3, 4, 1}));
+        ASSERT_TRUE(OrvVector_OrvTestIntInsertN(&v, v.begin + 1, 2, v.begin + 5));
+        EXPECT_EQ(Contents(&v), (std::vector<int64_t>{2, 4, 4, 0, 1, 2, 3, 4, 1}));
+        ASSERT_TRUE(OrvVector_OrvTestIntInsertRange(&v, v.begin + 2, v.begin + 1, v.begin + 5));
+        EXPECT_EQ(Contents(&v), (std::vector<int64_t>{2, 4, 4, 4, 0, 1, 4, 0, 1, 2, 3, 4, 1}));
+        ASSERT_TRUE(OrvVector_OrvTestIntResize(&v, 15, v.begin + 4));
+        EXPECT_EQ(Contents(&v), (std::vector<int64_t>{2, 4, 4, 4, 0, 1, 4, 0, 1, 2, 3, 4, 1, 0, 0}));
+        OrvVector_OrvTestIntDestruct(&v);
+    }
+}
+
+// A failing element copy, stepped through every copy each operation makes: failure
+// result; reallocating paths and constructors leave nothing behind and the vector as
+// it was; in-place paths leave only constructed elements; nothing leaks.
+TEST_F(IntVector, FailingElementCopyAtEveryStep)
+{
+    using V = OrvVector_OrvTestInt*;
+    struct Case {
+        const char* name;
+        OrvSizeT capacity;
+        long unchangedUpTo; // a failure in this many first copies leaves the vector as it was
+        std::function<bool(V)> op;
+    };
+    const OrvTestInt t = Int(99);
+    const OrvTestInt r[4] = {Int(7), Int(8), Int(9), Int(10)};
+    const std::vector<Case> cases = {
+        {"PushBack, growing", 4, 4, [&](V v) { return OrvVector_OrvTestIntPushBack(v, &t) != 0; }},
+        {"Insert, growing", 4, 5, [&](V v) { return OrvVector_OrvTestIntInsert(v, v->begin + 1, &t) != nullptr; }},
+        {"Insert, in place", 8, 0, [&](V v) { return OrvVector_OrvTestIntInsert(v, v->begin + 1, &t) != nullptr; }},
+        {"InsertN, growing", 4, 7, [&](V v) { return OrvVector_OrvTestIntInsertN(v, v->begin + 1, 3, &t) != 0; }},
+        {"InsertN, in place", 8, 0, [&](V v) { return OrvVector_OrvTestIntInsertN(v, v->begin + 1, 2, &t) != 0; }},
+        {"InsertRange, in place", 8, 0,
+         [&](V v) { return OrvVector_OrvTestIntInsertRange(v, v->begin + 2, r, r + 4) != 0; }},
+        {"Reserve", 4, 4, [&](V v) { return OrvVector_OrvTestIntReserve(v, 9) != 0; }},
+        {"Resize, growing", 4, 4, [&](V v) { return OrvVector_OrvTestIntResize(v, 6, &t) != 0; }},
+        {"Erase", 4, 0, [&](V v) { return OrvVector_OrvTestIntErase(v, v->begin) != nullptr; }},
+        {"EraseRange", 4, 0, [&](V v) { return OrvVector_OrvTestIntEraseRange(v, v->begin, v->begin + 2) != nullptr; }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        for (long k = 1;; ++k) {
+            orv::test::ResetIntState();
+            CountingAllocator a;
+            OrvVector_OrvTestInt v;
+            Fill(&v, a.get(), {1, 2, 3, 4}, c.capacity);
+            const OrvVector_OrvTestInt before = v;
+            IntState().copies = 0;
+            IntState().failCopyAt = k;
+            const bool ok = c.op(&v);
+            const bool failed = IntState().copies >= k;
+            EXPECT_EQ(ok, !failed) << "copy " << k;
+            EXPECT_EQ(IntState().live, static_cast<long>(v.end - v.begin)) << "copy " << k;
+            if (failed && k <= c.unchangedUpTo) {
+                EXPECT_EQ(v.begin, before.begin);
+                EXPECT_EQ(v.endBuf, before.endBuf);
+                EXPECT_EQ(Contents(&v), (std::vector<int64_t>{1, 2, 3, 4}));
+            }
+            OrvVector_OrvTestIntDestruct(&v);
+            EXPECT_EQ(a.liveBlocks(), 0u);
+            EXPECT_EQ(a.badDeallocations(), 0u);
+            if (!failed) break;
+        }
+    }
+}
+
+TEST_F(IntVector, FailingElementCopyInConstructorsAssignAndSwap)
+{
+    CountingAllocator a;
+    CountingAllocator b;
+    const OrvTestInt t = Int(5);
+    for (long k = 1; k <= 3; ++k) {
+        IntState().copies = 0;
+        IntState().failCopyAt = k;
+        OrvVector_OrvTestInt v;
+        EXPECT_EQ(OrvVector_OrvTestIntConstructN(&v, 3, &t, a.get()), nullptr);
+        EXPECT_EQ(IntState().live, 0);
+        EXPECT_EQ(a.liveBlocks(), 0u);
+    }
+    for (long k = 1;; ++k) {
+        orv::test::ResetIntState();
+        OrvVector_OrvTestInt x;
+        OrvVector_OrvTestInt y;
+        Fill(&x, a.get(), {1, 2}, 2);
+        Fill(&y, b.get(), {3, 4, 5}, 3);
+        IntState().copies = 0;
+        IntState().failCopyAt = k;
+        const bool ok = OrvVector_OrvTestIntSwap(&x, &y) != 0;
+        const bool failed = IntState().copies >= k;
+        EXPECT_EQ(ok, !failed);
+        EXPECT_EQ(IntState().live, static_cast<long>((x.end - x.begin) + (y.end - y.begin)));
+        if (failed && k <= 3) { // copying y into x's new block: nothing changed yet
+            EXPECT_EQ(Contents(&x), (std::vector<int64_t>{1, 2}));
+            EXPECT_EQ(Contents(&y), (std::vector<int64_t>{3, 4, 5}));
+        }
+        if (ok) {
+            EXPECT_EQ(Contents(&x), (std::vector<int64_t>{3, 4, 5}));
+            EXPECT_EQ(Contents(&y), (std::vector<int64_t>{1, 2}));
+        }
+        OrvVector_OrvTestIntDestruct(&x);
+        OrvVector_OrvTestIntDestruct(&y);
+        EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
+        if (!failed) break;
+    }
+}
+
+// --- iterators ---------------------------------------------------------------------
+
+TEST(VectorIterators, ForwardAndReversePositions)
+{
+    Values values(5);
+    CountingAllocator a;
+    OrvVector_OrvDateTime v;
+    ASSERT_NE(OrvVector_OrvDateTimeConstructRange(&v, values[0], values.end(), a.get()), nullptr);
+    auto second = [](const OrvDateTime* d) { return d->wallTime / kSecond; };
+
+    OrvVector_OrvDateTimeReverseIterator rb = OrvVector_OrvDateTimeRBegin(&v);
+    OrvVector_OrvDateTimeReverseIterator re = OrvVector_OrvDateTimeREnd(&v);
+    EXPECT_EQ(second(OrvVector_OrvDateTimeReverseIteratorContentOf(&rb)), 4);
+    EXPECT_EQ(second(OrvVector_OrvDateTimeReverseIteratorAt(&rb, 0)), 4);
+    EXPECT_EQ(second(OrvVector_OrvDateTimeReverseIteratorAt(&rb, 4)), 0);
+    OrvVector_OrvDateTimeReverseIterator walk;
+    OrvVector_OrvDateTimeReverseIteratorConstructCopy(&walk, &rb);
+    std::vector<OrvTime> seen;
+    while (!OrvVector_OrvDateTimeReverseIteratorEqual(&walk, &re)) {
+        seen.push_back(second(OrvVector_OrvDateTimeReverseIteratorContentOfConst(&walk)));
+        OrvVector_OrvDateTimeReverseIteratorIncrement(&walk);
+    }
+    EXPECT_EQ(seen, (std::vector<OrvTime>{4, 3, 2, 1, 0}));
+    EXPECT_EQ(OrvVector_OrvDateTimeReverseIteratorSubtract(&re, &rb), 5);
+    EXPECT_TRUE(OrvVector_OrvDateTimeReverseIteratorLess(&rb, &re));
+    EXPECT_FALSE(OrvVector_OrvDateTimeReverseIteratorLess(&re, &rb));
+    OrvVector_OrvDateTimeReverseIteratorDecrement(&walk);
+    EXPECT_EQ(second(OrvVector_OrvDateTimeReverseIteratorContentOf(&walk)), 0);
+
+    OrvVector_OrvDateTimeIterator b = OrvVector_OrvDateTimeBegin(&v);
+    OrvVector_OrvDateTimeIterator e = OrvVector_OrvDateTimeEnd(&v);
+    EXPECT_EQ(OrvVector_OrvDateTimeIteratorSubtract(&e, &b), 5);
+    EXPECT_EQ(OrvVector_OrvDateTimeIteratorSubtract(&b, &e), -5);
+    EXPECT_TRUE(OrvVector_OrvDateTimeIteratorLess(&b, &e));
+    EXPECT_FALSE(OrvVector_OrvDateTimeIteratorLess(&b, &b));
+    OrvVector_OrvDateTimeIterator three = OrvVector_OrvDateTimeIteratorAdd(&b, 3);
+    EXPECT_EQ(b, v.begin);
+    EXPECT_EQ(second(OrvVector_OrvDateTimeIteratorContentOf(&three)), 3);
+    EXPECT_EQ(OrvVector_OrvDateTimeIteratorAdd(&b, 0), b);
+    OrvVector_OrvDateTimeIterator p = three;
+    OrvVector_OrvDateTimeIterator q = three;
+    OrvVector_OrvDateTimeIteratorIncrementN(&p, -2);
+    OrvVector_OrvDateTimeIteratorDecrementN(&q, 2);
+    EXPECT_TRUE(OrvVector_OrvDateTimeIteratorEqual(&p, &q));
+    EXPECT_EQ(second(OrvVector_OrvDateTimeIteratorAt(&p, 2)), 3);
+    EXPECT_TRUE(OrvVector_OrvDateTimeIteratorSwap(&p, &three));
+    EXPECT_EQ(second(OrvVector_OrvDateTimeIteratorContentOfConst(&p)), 3);
+    OrvVector_OrvDateTimeIteratorDestruct(&p);
+    EXPECT_EQ(second(OrvVector_OrvDateTimeIteratorContentOfConst(&p)), 3);
+
+    // The constant kinds give the same answers for the same slots.
+    OrvVector_OrvDateTimeConstIterator cb = OrvVector_OrvDateTimeBeginConst(&v);
+    OrvVector_OrvDateTimeConstIterator ce = OrvVector_OrvDateTimeEndConst(&v);
+    EXPECT_EQ(OrvVector_OrvDateTimeConstIteratorSubtract(&ce, &cb), 5);
+    EXPECT_TRUE(OrvVector_OrvDateTimeConstIteratorLess(&cb, &ce));
+    OrvVector_OrvDateTimeConstReverseIterator crb = OrvVector_OrvDateTimeRBeginConst(&v);
+    OrvVector_OrvDateTimeConstReverseIterator cre = OrvVector_OrvDateTimeREndConst(&v);
+    EXPECT_EQ(OrvVector_OrvDateTimeConstReverseIteratorSubtract(&cre, &crb), 5);
+    EXPECT_EQ(second(OrvVector_OrvDateTimeConstReverseIteratorAt(&crb, 1)), 3);
+    OrvVector_OrvDateTimeConstReverseIteratorIncrementN(&crb, 5);
+    EXPECT_TRUE(OrvVector_OrvDateTimeConstReverseIteratorEqual(&crb, &cre));
+    OrvVector_OrvDateTimeConstReverseIterator first = OrvVector_OrvDateTimeConstReverseIteratorAdd(&cre, -1);
+    EXPECT_EQ(second(OrvVector_OrvDateTimeConstReverseIteratorContentOfConst(&first)), 0); // one step back from REnd
+    OrvVector_OrvDateTimeDestruct(&v);
+}
+
+TEST(VectorIterators, ExceptionalIterators)
+{
+    OrvVector_OrvDateTime v;
+    OrvVector_OrvDateTimeConstructDefault(&v, OrvAllocatorGetDefault());
+    EXPECT_EQ(OrvVector_OrvDateTimeSize(&v), 0u);
+    EXPECT_TRUE(OrvVector_OrvDateTimeEmpty(&v));
+    EXPECT_TRUE(OrvVector_OrvDateTimeIteratorIsExceptional(OrvVector_OrvDateTimeBegin(&v)));
+    EXPECT_TRUE(OrvVector_OrvDateTimeIteratorIsExceptional(OrvVector_OrvDateTimeEnd(&v)));
+    EXPECT_TRUE(OrvVector_OrvDateTimeReverseIteratorIsExceptional(OrvVector_OrvDateTimeRBegin(&v)));
+    EXPECT_TRUE(OrvVector_OrvDateTimeConstReverseIteratorIsExceptional(OrvVector_OrvDateTimeREndConst(&v)));
+    OrvVector_OrvDateTimeConstIterator c;
+    OrvVector_OrvDateTimeConstIterator d = OrvVector_OrvDateTimeBeginConst(&v);
+    OrvVector_OrvDateTimeConstIteratorConstructExceptional(&c);
+    EXPECT_TRUE(OrvVector_OrvDateTimeConstIteratorIsExceptional(c));
+    EXPECT_TRUE(OrvVector_OrvDateTimeConstIteratorEqual(&c, &d));
+    OrvVector_OrvDateTimeDump(&v, "v", 4);
+    OrvVector_OrvDateTimeDestruct(&v);
+}
+
+// --- randomized, against std::vector ---------------------------------------------------
+
+TEST(VectorRandomized, MatchesStdVectorModel)
+{
+    Values values(64);
+    CountingAllocator a;
+    CountingAllocator b;
+    OrvVector_OrvDateTime v;
+    OrvVector_OrvDateTime other;
+    OrvVector_OrvDateTimeConstructDefault(&v, a.get());
+    OrvVector_OrvDateTimeConstructDefault(&other, b.get());
+    std::vector<OrvTime> model;
+    std::vector<OrvTime> otherModel;
+    std::mt19937 rng(20240501);
+    auto pick = [&](std::size_t n) { return static_cast<std::size_t>(rng() % (n + 1)); }; // 0..n
+    for (int step = 0; step < 100000; ++step) {
+        const int value = static_cast<int>(rng() % 64);
+        const std::size_t size = model.size();
+        switch (rng() % 12) {
+        case 0:
+        case 1:
+            ASSERT_TRUE(OrvVector_OrvDateTimePushBack(&v, values[value]));
+            model.push_back(value);
+            break;
+        case 2:
+            if (size > 0) {
+                OrvVector_OrvDateTimePopBack(&v);
+                model.pop_back();
+            }
+            break;
+        case 3: {
+            const std::size_t pos = pick(size);
+            OrvDateTime* at = OrvVector_OrvDateTimeInsert(&v, v.begin + pos, values[value]);
+            ASSERT_EQ(at, v.begin + pos);
+            model.insert(model.begin() + static_cast<std::ptrdiff_t>(pos), value);
+            break;
+        }
+        case 4: {
+            const std::size_t pos = pick(size);
+            const std::size_t n = rng() % 5;
+            ASSERT_TRUE(OrvVector_OrvDateTimeInsertN(&v, v.begin + pos, n, values[value]));
+            model.insert(model.begin() + static_cast<std::ptrdiff_t>(pos), n, value);
+            break;
+        }
+        case 5: {
+            const std::size_t pos = pick(size);
+            const int first = static_cast<int>(rng() % 60);
+            const int n = static_cast<int>(rng() % 5);
+            ASSERT_TRUE(OrvVector_OrvDateTimeInsertRange(&v, v.begin + pos, values[first], values[first + n]));
+            for (int k = 0; k < n; ++k) model.insert(model.begin() + static_cast<std::ptrdiff_t>(pos) + k, first + k);
+            break;
+        }
+        case 6:
+            if (size > 0) {
+                const std::size_t pos = pick(size - 1);
+                ASSERT_EQ(OrvVector_OrvDateTimeErase(&v, v.begin + pos), v.begin + pos);
+                model.erase(model.begin() + static_cast<std::ptrdiff_t>(pos));
+            }
+            break;
+        case 7: {
+            const std::size_t first = pick(size);
+            const std::size_t last = first + pick(size - first);
+            ASSERT_EQ(OrvVector_OrvDateTimeEraseRange(&v, v.begin + first, v.begin + last), v.begin + first);
+            model.erase(model.begin() + static_cast<std::ptrdiff_t>(first),
+                        model.begin() + static_cast<std::ptrdiff_t>(last));
+            break;
+        }
+        case 8: {
+            const std::size_t n = pick(size + 4);
+            ASSERT_TRUE(OrvVector_OrvDateTimeResize(&v, n, values[value]));
+            model.resize(n, value);
+            break;
+        }
+        case 9:
+            if (rng() % 8 == 0) {
+                OrvVector_OrvDateTimeClear(&v);
+                model.clear();
+            } else {
+                ASSERT_TRUE(OrvVector_OrvDateTimeReserve(&v, pick(2 * size)));
+            }
+            break;
+        case 10:
+            if (rng() % 2 == 0) {
+                ASSERT_NE(OrvVector_OrvDateTimeAssign(&other, &v), nullptr);
+                otherModel = model;
+            } else {
+                ASSERT_NE(OrvVector_OrvDateTimeAssign(&v, &other), nullptr);
+                model = otherModel;
+            }
+            break;
+        case 11:
+            ASSERT_TRUE(OrvVector_OrvDateTimeSwap(&v, &other));
+            std::swap(model, otherModel);
+            break;
+        }
+        ASSERT_LE(v.begin, v.end);
+        ASSERT_LE(v.end, v.endBuf);
+        ASSERT_EQ(Seconds(&v), model) << "step " << step;
+        if (model.size() > 200) { // keep the run fast
+            OrvVector_OrvDateTimeClear(&v);
+            model.clear();
+        }
+    }
+    ASSERT_EQ(Seconds(&other), otherModel);
+    EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), (v.begin != nullptr ? 1u : 0u) + (other.begin != nullptr ? 1u : 0u));
+    OrvVector_OrvDateTimeDestruct(&v);
+    OrvVector_OrvDateTimeDestruct(&other);
+    EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
+    EXPECT_EQ(a.badDeallocations() + b.badDeallocations(), 0u);
+}
+
+} // namespace
