@@ -1,0 +1,87 @@
+// One run of a verb: its arguments split into positionals and options by the verb's
+// usage, the output kept back until the verb succeeds, and the one-line refusal that
+// names the offending argument.
+#ifndef ORVCAL_INVOCATION_H
+#define ORVCAL_INVOCATION_H
+
+#include <initializer_list>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace orvcal {
+
+// Exit statuses.
+inline constexpr int kOk = 0;
+inline constexpr int kInternalError = 1; // the library refused something it should not
+inline constexpr int kBadInput = 2;      // an argument was refused
+
+struct PositionalSpec {
+    const char* name; // upper case, as in the synopsis: TEXT, FIELD
+    const char* help;
+};
+
+struct OptionSpec {
+    const char* name;  // with its dashes: "--zone"
+    const char* value; // placeholder of its value: "Z"
+    const char* help;
+};
+
+// What a verb accepts; also the source of its --help text.
+struct Usage {
+    std::initializer_list<PositionalSpec> positionals;
+    std::initializer_list<OptionSpec> options;
+    const char* notes = nullptr; // extra paragraph for --help, may be null
+};
+
+class Invocation {
+public:
+    Invocation(std::string_view verb, std::string_view summary, std::vector<std::string_view> args);
+
+    // Splits the arguments by usage. False when the verb is finished already: --help
+    // was asked for (help text in the output, status kOk), or an argument was refused
+    // (status kBadInput). Options may come anywhere, as "--zone Z" or "--zone=Z";
+    // "--" ends them, so that later arguments are positionals even with dashes.
+    bool Read(const Usage& usage);
+
+    // The i-th positional (Read made sure that all are there).
+    std::string_view Positional(std::size_t i) const { return positionals_[i]; }
+    // An option's value, or null when it was not given.
+    const std::string_view* Option(std::string_view name) const;
+
+    // Output, written to stdout only when the verb ends with kOk.
+    std::string& Out() { return out_; }
+    // Appends "label" padded to the label column, the value and a newline.
+    void Field(std::string_view label, std::string_view value);
+
+    // Refuses the argument `what` (a positional's name or an option) whose value is
+    // `value`, saying what was expected. Returns kBadInput for the verb to return.
+    int Refuse(std::string_view what, std::string_view value, std::string_view expected);
+    // Refuses with a free message (missing or surplus arguments). Returns kBadInput.
+    int RefuseUsage(std::string_view message);
+    // The library failed where it should not. Returns kInternalError.
+    int Internal(std::string_view message);
+
+    // The status of a verb that Read finished early: kOk after --help, else kBadInput.
+    int Finished() const { return error_.empty() ? kOk : kBadInput; }
+
+    const std::string& Error() const { return error_; }
+    std::string_view Verb() const { return verb_; }
+
+    // The --help text of a verb.
+    static std::string HelpText(std::string_view verb, std::string_view summary, const Usage& usage);
+
+private:
+    std::string_view verb_;
+    std::string_view summary_;
+    std::vector<std::string_view> args_;
+    std::vector<std::string_view> positionals_;
+    std::map<std::string_view, std::string_view> options_;
+    std::string out_;
+    std::string error_;
+};
+
+} // namespace orvcal
+
+#endif
