@@ -1,0 +1,116 @@
+/*
+ * OrvTzdbTimezone.h - named zones from the system's compiled time-zone database
+ * ("Europe/Berlin", "America/New_York", ...).
+ *
+ * A zone is read once, at construction, from the binary zone file (TZif, versions 1
+ * to 4) under the database folder: the TZDIR environment variable when it is set and
+ * not empty, else /usr/share/zoneinfo. The file's transitions and the rule in its
+ * footer (the POSIX TZ string that continues the zone after its last transition) are
+ * turned into one table covering every instant an OrvTime can hold, so the offset
+ * queries never touch the file system and never allocate. The zone object and its
+ * table come from the caller's allocator; the zone is shared by the usual counted
+ * handle (OrvTimezone.h) and can be used from several threads at once.
+ *
+ * Gaps and overlaps (what getOffsetFromFields answers for a local reading):
+ *  - a reading that occurs once gets the offset in force at that moment;
+ *  - a reading that a clock change skips (02:30 on a spring-forward night) gets the
+ *    offset in force BEFORE the change, so that building a value from it moves the
+ *    reading forward by the length of the gap: 02:30 becomes 03:30;
+ *  - a reading that occurs twice (02:30 on a fall-back night) gets the offset of its
+ *    FIRST occurrence, which is again the offset in force before the change.
+ * Callers who need to choose differently ask OrvTzdbTimezoneLookup.
+ *
+ * Not supported: files with leap-second records (the "right/" variants), since
+ * OrvTime has no leap seconds; such a file is refused rather than read with instants
+ * off by the accumulated leap seconds.
+ *
+ *     OrvTimezone berlin;
+ *     if (!OrvTzdbTimezoneConstruct(&berlin, "Europe/Berlin", OrvAllocatorGetDefault())) { ... }
+ *     OrvDateTime d;
+ *     OrvDateTimeConstructFields(&d, 2024, 3, 31, 2, 30, 0, 0, &berlin);  // reads 03:30 +02:00
+ *     OrvDateTimeDestruct(&d);
+ *     OrvTimezoneDestruct(&berlin);
+ */
+#ifndef ORV_CALENDAR_ORVTZDBTIMEZONE_H
+#define ORV_CALENDAR_ORVTZDBTIMEZONE_H
+
+#include "Orv/Calendar/OrvTimezone.h"
+#include "Orv/Utils/OrvAllocator.h"
+
+ORV_EXTERN_C_BEGIN
+
+/** The longest zone id accepted, in bytes. */
+#define ORV_TZDB_ID_MAX 255
+
+/** The zone named zoneId, read from the database folder. Returns tz; null, with
+ *  nothing held, when an argument is null, when the id is not a plain relative name
+ *  inside the folder (empty, over ORV_TZDB_ID_MAX bytes, starting with '/', with an
+ *  empty, "." or ".." component, or with a control character), when the file is
+ *  missing, outside the folder once links are followed, not a regular file, not a
+ *  valid TZif file or has a footer that does not parse, or when an allocation fails. */
+ORV_API OrvTimezone* OrvTzdbTimezoneConstruct(OrvTimezone* tz, const char* zoneId, OrvAllocator* a);
+
+/** The system's local zone: the TZ variable when it names a zone of the database
+ *  (a leading ':' is ignored) or is a POSIX TZ rule such as "CET-1CEST,M3.5.0,M10.5.0/3";
+ *  else the zone in /etc/localtime; else UTC. Null only when an argument is null, an
+ *  allocation fails or /etc/localtime exists but is not a valid zone file. */
+ORV_API OrvTimezone* OrvTzdbTimezoneConstructLocal(OrvTimezone* tz, OrvAllocator* a);
+
+/** The zone described by a POSIX TZ rule alone ("EST5EDT,M3.2.0,M11.1.0", "<+0330>-3:30"),
+ *  without any file. Returns tz; null when the rule does not parse or an allocation fails. */
+ORV_API OrvTimezone* OrvTzdbTimezoneConstructPosix(OrvTimezone* tz, const char* rule, OrvAllocator* a);
+
+/** True when tz is a zone built by this header's constructors. */
+ORV_API OrvBool OrvTzdbTimezoneIs(const OrvTimezone* tz);
+
+/** The id the zone was built from ("Europe/Berlin"; for the local zone the database
+ *  name when /etc/localtime links into the database, else "localtime"; for a rule,
+ *  the rule text, cut to ORV_TZDB_ID_MAX bytes). Null when tz is not such a zone.
+ *  Valid while the zone lives. */
+ORV_API const char* OrvTzdbTimezoneGetId(const OrvTimezone* tz);
+
+/** What a local reading is in a zone. */
+typedef enum OrvTzdbLookupKind {
+    ORV_TZDBLOOKUPKIND_Unique = 0,   /* occurs exactly once */
+    ORV_TZDBLOOKUPKIND_Skipped = 1,  /* skipped by a clock change (in a gap) */
+    ORV_TZDBLOOKUPKIND_Repeated = 2  /* occurs twice (in an overlap) */
+} OrvTzdbLookupKind;
+
+typedef struct OrvTzdbLookup {
+    OrvTzdbLookupKind kind;
+    /** Unique: the offset of the reading, in both members. Skipped or repeated: the
+     *  offsets in force before and after the clock change. The reading's instant
+     *  under either offset is (local reading - offset): for a repeated reading these
+     *  are its two occurrences; for a skipped one, the instants the reading would
+     *  have had under the old and the new offset. */
+    OrvTime offsetBefore;
+    OrvTime offsetAfter;
+    /** Skipped or repeated: the instant of the clock change (the new offset applies
+     *  from it on). Unique: ORV_TIME_INVALID. */
+    OrvTime transition;
+} OrvTzdbLookup;
+
+/** Classifies the local reading year-month-day hour:minute:second in tz. The month
+ *  must be 1..12; the other fields are counted on linearly (day 32 is the first of
+ *  the next month, hour 24 midnight of the next day). False, with *out unchanged,
+ *  when tz is not a zone of this header, out is null or the month is out of range.
+ *
+ *      OrvTzdbLookup r;
+ *      OrvTzdbTimezoneLookup(&berlin, 2024, 10, 27, 2, 30, 0, &r);
+ *      // r.kind == ORV_TZDBLOOKUPKIND_Repeated, r.offsetBefore 2 h, r.offsetAfter 1 h:
+ *      // the later occurrence is the reading minus r.offsetAfter. */
+ORV_API OrvBool OrvTzdbTimezoneLookup(const OrvTimezone* tz, OrvInt year, OrvInt month, OrvInt day, OrvInt hour,
+                                      OrvInt minute, OrvInt second, OrvTzdbLookup* out);
+
+/** Called once per zone id; return ORV_FALSE to stop the walk. */
+typedef OrvBool (*OrvTzdbIdCallback)(const char* zoneId, OrvVoidPtr userData);
+
+/** Calls fn for every zone id of the database folder, in no particular order: every
+ *  file under it that starts like a TZif file, except the "posix/" and "right/"
+ *  copies and the "localtime" and "posixrules" aliases. Returns ORV_FALSE when the
+ *  folder cannot be read (or fn is null); ORV_TRUE otherwise, also when fn stopped. */
+ORV_API OrvBool OrvTzdbTimezoneForEachId(OrvTzdbIdCallback fn, OrvVoidPtr userData);
+
+ORV_EXTERN_C_END
+
+#endif /* ORV_CALENDAR_ORVTZDBTIMEZONE_H */
