@@ -1,0 +1,690 @@
+// OrvSet_OrvDateTime, and the same AVL template over a plain integer record.
+#include "Calendar/OrvDateTimeElement.hpp"
+#include "Containers/AvlSet.hpp"
+#include "Orv/Calendar/OrvDateTime.h"
+#include "support/CountingAllocator.h"
+#include "support/IntContainers.h"
+#include "support/TestZones.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+using orv::test::CountingAllocator;
+using orv::test::Int;
+using orv::test::IntState;
+
+namespace {
+
+constexpr OrvTime kSecond = 1000000000;
+
+struct DateTimeRecords {
+    using Node = OrvSet_OrvDateTime_Node;
+    using Set = OrvSet_OrvDateTime;
+    using InsertResult = OrvPair_OrvSet_OrvDateTimeIterator__OrvBool;
+    using Range = OrvPair_OrvSet_OrvDateTimeIterator__OrvSet_OrvDateTimeIterator;
+    using ConstRange = OrvPair_OrvSet_OrvDateTimeConstIterator__OrvSet_OrvDateTimeConstIterator;
+};
+using DateTimeTree = orv::containers::AvlSet<orv::detail::DateTimeElement, DateTimeRecords>;
+
+// Floating date-time values, `s` seconds after the epoch, kept alive for the test.
+class Keys {
+public:
+    const OrvDateTime* operator()(int64_t s, const OrvTimezone* tz = nullptr)
+    {
+        OrvDateTime& d = pool_.emplace_back();
+        OrvDateTimeConstruct(&d, s * kSecond, tz);
+        return &d;
+    }
+    ~Keys()
+    {
+        for (auto& d : pool_) OrvDateTimeDestruct(&d);
+    }
+
+private:
+    std::deque<OrvDateTime> pool_;
+};
+
+int64_t Sec(const OrvDateTime* d) { return d->wallTime / kSecond; }
+
+// "key/height(left,right)", "-" for an absent child, leaves without parentheses.
+template <class Node, class KeyOf>
+std::string Shape(const Node* n, KeyOf key)
+{
+    if (n == nullptr) return "-";
+    std::string s = std::to_string(key(&n->value)) + "/" + std::to_string(n->height);
+    if (n->left == nullptr && n->right == nullptr) return s;
+    return s + "(" + Shape(n->left, key) + "," + Shape(n->right, key) + ")";
+}
+
+std::string Shape(const OrvSet_OrvTestInt* s)
+{
+    return Shape(s->end.left, [](const OrvTestInt* v) { return v->value; });
+}
+
+std::vector<int64_t> Walk(OrvSet_OrvDateTime* s)
+{
+    std::vector<int64_t> out;
+    for (OrvSet_OrvDateTimeIterator it = OrvSet_OrvDateTimeBegin(s); it != OrvSet_OrvDateTimeEnd(s);
+         OrvSet_OrvDateTimeIteratorIncrement(&it)) {
+        out.push_back(Sec(OrvSet_OrvDateTimeIteratorContentOfConst(&it)));
+    }
+    return out;
+}
+
+#define EXPECT_VALID(set) EXPECT_EQ(DateTimeTree::Validate(set), nullptr)
+
+class IntSet : public ::testing::Test {
+protected:
+    void SetUp() override { orv::test::ResetIntState(); }
+    void TearDown() override { EXPECT_EQ(IntState().live, 0) << "elements leaked or destructed twice"; }
+
+    static void Build(OrvSet_OrvTestInt* s, OrvAllocator* a, const std::vector<int64_t>& order)
+    {
+        OrvSet_OrvTestIntConstruct(s, a);
+        for (int64_t k : order) {
+            const OrvTestInt v = Int(k);
+            ASSERT_TRUE(OrvSet_OrvTestIntInsert(s, &v).second);
+        }
+    }
+    static OrvSet_OrvTestInt_Node* Node(OrvSet_OrvTestInt* s, int64_t k)
+    {
+        const OrvTestInt v = Int(k);
+        return OrvSet_OrvTestIntFind(s, &v);
+    }
+};
+
+// --- tree shapes ---------------------------------------------------------------------
+
+TEST_F(IntSet, ShapesAndHeightsAfterInsertionOrders)
+{
+    struct Case {
+        std::vector<int64_t> order;
+        const char* shape;
+    };
+    const std::vector<Case> cases = {
+        {{1}, "1/1"},
+        {{1, 2, 3}, "2/2(1/1,3/1)"},                                   // single left rotation at 1
+        {{3, 2, 1}, "2/2(1/1,3/1)"},                                   // single right rotation at 3
+        {{1, 3, 2}, "2/2(1/1,3/1)"},                                   // right at 3, then left at 1
+        {{3, 1, 2}, "2/2(1/1,3/1)"},                                   // left at 1, then right at 3
+        {{1, 2, 3, 4, 5, 6, 7}, "4/3(2/2(1/1,3/1),6/2(5/1,7/1))"},
+        {{2, 1, 5, 4, 6, 3}, "4/3(2/2(1/1,3/1),5/2(-,6/1))"},          // double rotation below the root
+        {{5, 2, 8, 1, 4, 7, 9, 3, 6}, "5/4(2/3(1/1,4/2(3/1,-)),8/3(7/2(6/1,-),9/1))"}, // no rotation
+    };
+    for (const Case& c : cases) {
+        CountingAllocator a;
+        OrvSet_OrvTestInt s;
+        Build(&s, a.get(), c.order);
+        EXPECT_EQ(Shape(&s), c.shape);
+        EXPECT_EQ(a.liveBlocks(), c.order.size());
+        OrvSet_OrvTestIntDestruct(&s);
+        EXPECT_EQ(a.liveBlocks(), 0u);
+    }
+}
+
+TEST_F(IntSet, DuplicateInsertReturnsPresentNodeAndReleasesTheCopy)
+{
+    CountingAllocator a;
+    OrvSet_OrvTestInt s;
+    Build(&s, a.get(), {1, 2, 3});
+    OrvSet_OrvTestInt_Node* two = Node(&s, 2);
+    const OrvTestInt v = Int(2);
+    const OrvPair_OrvSet_OrvTestIntIterator__OrvBool r = OrvSet_OrvTestIntInsert(&s, &v);
+    EXPECT_EQ(r.first, two);
+    EXPECT_FALSE(r.second);
+    EXPECT_EQ(Shape(&s), "2/2(1/1,3/1)");
+    EXPECT_EQ(OrvSet_OrvTestIntSize(&s), 3u);
+    EXPECT_EQ(a.allocations(), 4u); // the node is made before the search
+    EXPECT_EQ(a.liveBlocks(), 3u);
+    OrvSet_OrvTestIntDestruct(&s);
+}
+
+// Erase relinks a substitute and rebalances as the removal rules say; the nodes of the
+// remaining elements are the same nodes as before.
+TEST_F(IntSet, ShapesAfterRemoval)
+{
+    struct Case {
+        const char* what;
+        std::vector<int64_t> order;
+        int64_t erase;
+        const char* shape;
+        int64_t next; // key of the returned position, -1 for the end position
+    };
+    const std::vector<Case> cases = {
+        {"single rotation, subtree keeps its height", {3, 1, 4, 0, 2}, 4, "1/3(0/1,3/2(2/1,-))", -1},
+        {"single rotation, subtree shrinks", {3, 2, 4, 1}, 4, "2/2(1/1,3/1)", -1},
+        {"double rotation", {3, 1, 4, 2}, 4, "2/2(1/1,3/1)", -1},
+        {"two children: predecessor takes the place", {2, 1, 3}, 2, "1/2(-,3/1)", 3},
+        {"right child only: successor takes the place", {1, 2}, 1, "2/1", 2},
+        {"predecessor with a left child", {5, 2, 8, 1, 4, 7, 9, 3}, 5, "4/3(2/2(1/1,3/1),8/2(7/1,9/1))", 7},
+        {"only element", {1}, 1, "-", -1},
+        {"shrink continues to the root", {5, 2, 8, 1, 4, 7, 9, 3, 6}, 9, "5/4(2/3(1/1,4/2(3/1,-)),7/2(6/1,8/1))", -1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        CountingAllocator a;
+        OrvSet_OrvTestInt s;
+        Build(&s, a.get(), c.order);
+        std::vector<std::pair<int64_t, OrvSet_OrvTestInt_Node*>> nodes;
+        for (int64_t k : c.order) {
+            if (k != c.erase) nodes.emplace_back(k, Node(&s, k));
+        }
+        OrvSet_OrvTestIntIterator next = OrvSet_OrvTestIntErase(&s, Node(&s, c.erase));
+        EXPECT_EQ(next, c.next < 0 ? OrvSet_OrvTestIntEnd(&s) : Node(&s, c.next));
+        EXPECT_EQ(Shape(&s), c.shape);
+        for (const auto& [k, node] : nodes) EXPECT_EQ(Node(&s, k), node) << k;
+        EXPECT_EQ(a.liveBlocks(), c.order.size() - 1);
+        EXPECT_EQ(a.badDeallocations(), 0u);
+        OrvSet_OrvTestIntDestruct(&s);
+    }
+}
+
+TEST_F(IntSet, BalanceOnTheSentinelDoesNothing)
+{
+    CountingAllocator a;
+    OrvSet_OrvTestInt s;
+    Build(&s, a.get(), {1, 2});
+    OrvSet_OrvTestInt_NodeBalance(&s.end, ORV_TRUE);
+    OrvSet_OrvTestInt_NodeBalance(&s.end, ORV_FALSE);
+    EXPECT_EQ(Shape(&s), "1/2(-,2/1)");
+    OrvSet_OrvTestIntDestruct(&s);
+}
+
+// --- copy ------------------------------------------------------------------------------
+
+TEST_F(IntSet, CopyKeepsShapeAndHeightsAllocatingInPreOrder)
+{
+    CountingAllocator a;
+    OrvSet_OrvTestInt s;
+    Build(&s, a.get(), {5, 2, 8, 1, 4, 7, 9, 3, 6});
+    IntState().logging = true;
+    OrvSet_OrvTestInt copy;
+    ASSERT_EQ(OrvSet_OrvTestIntConstructCopy(&copy, &s), &copy);
+    EXPECT_EQ(IntState().log, (std::vector<std::string>{"C5", "C2", "C1", "C4", "C3", "C8", "C7", "C6", "C9"}));
+    IntState().logging = false;
+    EXPECT_EQ(Shape(&copy), Shape(&s));
+    EXPECT_EQ(copy.end.left->parent, &copy.end);
+    EXPECT_EQ(copy.end.left->pPtr, &copy.end.left);
+    EXPECT_EQ(OrvSet_OrvTestIntSize(&copy), 9u);
+    EXPECT_EQ(OrvSet_OrvTestIntGetAllocator(&copy), a.get());
+    OrvSet_OrvTestIntDestruct(&copy);
+    OrvSet_OrvTestIntDestruct(&s);
+}
+
+// NodeCopy with the n-th allocation failing, and with the k-th element copy failing:
+// null, everything taken released, the source untouched.
+TEST_F(IntSet, NodeCopyFailingAtEveryStep)
+{
+    CountingAllocator a;
+    OrvSet_OrvTestInt s;
+    Build(&s, a.get(), {5, 2, 8, 1, 4, 7, 9, 3, 6});
+    const std::string shape = Shape(&s);
+    OrvSet_OrvTestInt_Node* root = nullptr;
+    for (std::size_t n = 1; n <= 9; ++n) {
+        CountingAllocator b;
+        b.failAt(n);
+        EXPECT_EQ(OrvSet_OrvTestInt_NodeCopy(s.end.left, nullptr, &root, b.get()), nullptr) << n;
+        EXPECT_EQ(b.liveBlocks(), 0u);
+        EXPECT_EQ(b.badDeallocations(), 0u);
+        EXPECT_EQ(IntState().live, 9);
+    }
+    for (long k = 1; k <= 9; ++k) {
+        CountingAllocator b;
+        IntState().copies = 0;
+        IntState().failCopyAt = k;
+        EXPECT_EQ(OrvSet_OrvTestInt_NodeCopy(s.end.left, nullptr, &root, b.get()), nullptr) << k;
+        EXPECT_EQ(b.liveBlocks(), 0u);
+        EXPECT_EQ(IntState().live, 9);
+    }
+    IntState().failCopyAt = 0;
+    EXPECT_EQ(Shape(&s), shape);
+    OrvSet_OrvTestIntDestruct(&s);
+}
+
+TEST_F(IntSet, InsertWithFailingElementCopy)
+{
+    CountingAllocator a;
+    OrvSet_OrvTestInt s;
+    Build(&s, a.get(), {1, 2});
+    IntState().copies = 0;
+    IntState().failCopyAt = 1;
+    const OrvTestInt v = Int(3);
+    const OrvPair_OrvSet_OrvTestIntIterator__OrvBool r = OrvSet_OrvTestIntInsert(&s, &v);
+    EXPECT_EQ(r.first, OrvSet_OrvTestIntEnd(&s));
+    EXPECT_FALSE(r.second);
+    EXPECT_EQ(a.liveBlocks(), 2u);
+    EXPECT_EQ(OrvSet_OrvTestIntSize(&s), 2u);
+    OrvSet_OrvTestIntDestruct(&s);
+}
+
+// --- allocation failure, date-time sets ------------------------------------------------
+
+// A counted zone for the date-time tests; when the test ends (after its keys are gone)
+// the zone must be back to the one reference held here.
+class CountedZone {
+public:
+    CountedZone() { orv::test::MakeTransitionZone(&zone_, orv::test::DstSpec(), alloc_.get()); }
+    ~CountedZone()
+    {
+        EXPECT_EQ(OrvTimezoneGetUseCount(&zone_), 1) << "zone references leaked";
+        OrvTimezoneDestruct(&zone_);
+        EXPECT_EQ(alloc_.liveBlocks(), 0u);
+    }
+    const OrvTimezone* get() const { return &zone_; }
+
+private:
+    CountingAllocator alloc_;
+    OrvTimezone zone_{};
+};
+
+class DateTimeSet : public ::testing::Test {
+protected:
+    void Fill(OrvSet_OrvDateTime* s, OrvAllocator* a, std::initializer_list<int64_t> secs)
+    {
+        OrvSet_OrvDateTimeConstruct(s, a);
+        for (int64_t k : secs) ASSERT_TRUE(OrvSet_OrvDateTimeInsert(s, key(k, zone())).second);
+    }
+    const OrvTimezone* zone() const { return zone_.get(); }
+    OrvInt Uses() const { return OrvTimezoneGetUseCount(zone()); }
+
+private:
+    CountedZone zone_; // declared first: outlives the keys
+
+protected:
+    Keys key;
+};
+
+TEST_F(DateTimeSet, InsertFailsCleanlyWhenNoNodeCanBeHad)
+{
+    CountingAllocator a;
+    OrvSet_OrvDateTime s;
+    Fill(&s, a.get(), {1, 2, 3});
+    const OrvInt uses = Uses();
+    a.failAt(1);
+    const OrvPair_OrvSet_OrvDateTimeIterator__OrvBool r = OrvSet_OrvDateTimeInsert(&s, key(4));
+    EXPECT_EQ(r.first, OrvSet_OrvDateTimeEnd(&s));
+    EXPECT_FALSE(r.second);
+    EXPECT_EQ(Walk(&s), (std::vector<int64_t>{1, 2, 3}));
+    EXPECT_EQ(Uses(), uses);
+    OrvSet_OrvDateTimeDestruct(&s);
+    EXPECT_EQ(a.liveBlocks(), 0u);
+}
+
+TEST_F(DateTimeSet, ConstructCopyAndAssignFailingAtEveryAllocation)
+{
+    CountingAllocator a;
+    OrvSet_OrvDateTime s;
+    Fill(&s, a.get(), {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12});
+    for (std::size_t n = 1; n <= 12; ++n) {
+        SCOPED_TRACE(n);
+        const OrvInt uses = Uses();
+        a.failAt(n);
+        OrvSet_OrvDateTime copy;
+        EXPECT_EQ(OrvSet_OrvDateTimeConstructCopy(&copy, &s), nullptr);
+        EXPECT_EQ(a.liveBlocks(), 12u);
+        EXPECT_EQ(Uses(), uses);
+
+        CountingAllocator b;
+        OrvSet_OrvDateTime d;
+        Fill(&d, b.get(), {20, 21});
+        b.failAt(n);
+        const OrvInt withD = Uses();
+        EXPECT_EQ(OrvSet_OrvDateTimeAssign(&d, &s), nullptr);
+        EXPECT_EQ(Uses(), withD);
+        EXPECT_EQ(Walk(&d), (std::vector<int64_t>{20, 21}));
+        EXPECT_VALID(&d);
+        OrvSet_OrvDateTimeDestruct(&d);
+        EXPECT_EQ(b.liveBlocks(), 0u);
+        EXPECT_EQ(b.badDeallocations(), 0u);
+    }
+    a.failAt(0);
+    OrvSet_OrvDateTimeDestruct(&s);
+    EXPECT_EQ(a.liveBlocks(), 0u);
+    EXPECT_EQ(a.badDeallocations(), 0u);
+}
+
+// Swap between different allocators copies both ways; a failure in either copy leaves
+// both sets as they were.
+TEST_F(DateTimeSet, SwapBetweenAllocatorsFailingAtEveryAllocation)
+{
+    for (int side = 0; side < 2; ++side) {
+        for (std::size_t n = 1;; ++n) {
+            CountingAllocator a;
+            CountingAllocator b;
+            OrvSet_OrvDateTime x;
+            OrvSet_OrvDateTime y;
+            Fill(&x, a.get(), {1, 2, 3});
+            Fill(&y, b.get(), {7, 8, 9, 10});
+            CountingAllocator& failing = side == 0 ? a : b;
+            const std::size_t before = failing.allocations();
+            failing.failAt(n);
+            const bool ok = OrvSet_OrvDateTimeSwap(&x, &y) != 0;
+            const bool failed = failing.allocations() - before >= n;
+            EXPECT_EQ(ok, !failed);
+            const std::vector<int64_t> small = {1, 2, 3};
+            const std::vector<int64_t> large = {7, 8, 9, 10};
+            EXPECT_EQ(Walk(&x), ok ? large : small);
+            EXPECT_EQ(Walk(&y), ok ? small : large);
+            EXPECT_EQ(OrvSet_OrvDateTimeGetAllocator(&x), a.get());
+            EXPECT_VALID(&x);
+            EXPECT_VALID(&y);
+            EXPECT_EQ(a.liveBlocks(), OrvSet_OrvDateTimeSize(&x));
+            EXPECT_EQ(b.liveBlocks(), OrvSet_OrvDateTimeSize(&y));
+            OrvSet_OrvDateTimeDestruct(&x);
+            OrvSet_OrvDateTimeDestruct(&y);
+            EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
+            EXPECT_EQ(a.badDeallocations() + b.badDeallocations(), 0u);
+            if (!failed) break;
+        }
+    }
+}
+
+// --- zone references ---------------------------------------------------------------------
+
+TEST_F(DateTimeSet, OneZoneReferencePerElement)
+{
+    CountingAllocator a;
+    const OrvInt base = Uses();
+    OrvSet_OrvDateTime s;
+    Fill(&s, a.get(), {1, 2, 3, 4});
+    EXPECT_EQ(Uses(), base + 4 + 4); // the keys and their copies in the set
+    const OrvInt withSet = Uses();
+    EXPECT_FALSE(OrvSet_OrvDateTimeInsert(&s, key(2, zone())).second);
+    EXPECT_EQ(Uses(), withSet + 1); // only the new key: the set's copy was released
+    EXPECT_EQ(OrvSet_OrvDateTimeEraseKey(&s, key(3)), 1u);
+    EXPECT_EQ(Uses(), withSet);
+    OrvSet_OrvDateTime copy;
+    ASSERT_NE(OrvSet_OrvDateTimeConstructCopy(&copy, &s), nullptr);
+    EXPECT_EQ(Uses(), withSet + 3);
+    OrvSet_OrvDateTimeDestruct(&copy);
+    OrvSet_OrvDateTimeClear(&s);
+    EXPECT_EQ(Uses(), withSet - 3);
+    OrvSet_OrvDateTimeDestruct(&s);
+    EXPECT_EQ(a.liveBlocks(), 0u);
+}
+
+// --- set operations ------------------------------------------------------------------------
+
+TEST_F(DateTimeSet, EmptySet)
+{
+    OrvSet_OrvDateTime s;
+    OrvSet_OrvDateTimeConstruct(&s, OrvAllocatorGetDefault());
+    OrvSet_OrvDateTimeIterator end = OrvSet_OrvDateTimeEnd(&s);
+    EXPECT_EQ(end, &s.end);
+    EXPECT_EQ(OrvSet_OrvDateTimeBegin(&s), end);
+    EXPECT_EQ(OrvSet_OrvDateTimeFront(&s), nullptr);
+    EXPECT_EQ(OrvSet_OrvDateTimeBack(&s), nullptr);
+    EXPECT_EQ(OrvSet_OrvDateTimeFind(&s, key(1)), end);
+    EXPECT_EQ(OrvSet_OrvDateTimeLowerBound(&s, key(1)), end);
+    EXPECT_EQ(OrvSet_OrvDateTimeUpperBoundConst(&s, key(1)), end);
+    const auto range = OrvSet_OrvDateTimeEqualRange(&s, key(1));
+    EXPECT_EQ(range.first, end);
+    EXPECT_EQ(range.second, end);
+    EXPECT_EQ(OrvSet_OrvDateTimeCount(&s, key(1)), 0u);
+    EXPECT_EQ(OrvSet_OrvDateTimeEraseKey(&s, key(1)), 0u);
+    EXPECT_TRUE(OrvSet_OrvDateTimeEmpty(&s));
+    OrvSet_OrvDateTimeClear(&s);
+    EXPECT_EQ(OrvSet_OrvDateTimeMaxSize(&s), 18446744073709551615u);
+    EXPECT_EQ(OrvSet_OrvDateTimeGetNodeSize(&s), sizeof(OrvSet_OrvDateTime_Node));
+    OrvSet_OrvDateTimeDestruct(&s);
+}
+
+TEST_F(DateTimeSet, SearchesAndBoundsMatchStdSet)
+{
+    OrvSet_OrvDateTime s;
+    Fill(&s, OrvAllocatorGetDefault(), {10, 20, 30, 40, 50});
+    const std::set<int64_t> model = {10, 20, 30, 40, 50};
+    auto keyOf = [&](OrvSet_OrvDateTimeConstIterator it) { return it == &s.end ? -1 : Sec(&it->value); };
+    auto modelKey = [&](std::set<int64_t>::const_iterator it) { return it == model.end() ? -1 : *it; };
+    for (int64_t probe = 5; probe <= 55; probe += 5) {
+        SCOPED_TRACE(probe);
+        const OrvDateTime* k = key(probe);
+        EXPECT_EQ(keyOf(OrvSet_OrvDateTimeLowerBound(&s, k)), modelKey(model.lower_bound(probe)));
+        EXPECT_EQ(keyOf(OrvSet_OrvDateTimeUpperBoundConst(&s, k)), modelKey(model.upper_bound(probe)));
+        EXPECT_EQ(keyOf(OrvSet_OrvDateTimeFindConst(&s, k)), modelKey(model.find(probe)));
+        EXPECT_EQ(OrvSet_OrvDateTimeCount(&s, k), model.count(probe));
+        const auto range = OrvSet_OrvDateTimeEqualRangeConst(&s, k);
+        const bool present = model.count(probe) != 0;
+        EXPECT_EQ(keyOf(range.first), present ? probe : -1);
+        EXPECT_EQ(keyOf(range.second), present ? modelKey(model.upper_bound(probe)) : -1);
+    }
+    // Node level: absence is null, not the end position.
+    EXPECT_EQ(OrvSet_OrvDateTime_NodeLowerBound(s.end.left, key(60)), nullptr);
+    EXPECT_EQ(OrvSet_OrvDateTime_NodeUpperBound(s.end.left, key(50)), nullptr);
+    const auto absent = OrvSet_OrvDateTime_NodeEqualRange(s.end.left, key(15));
+    EXPECT_EQ(absent.first, nullptr);
+    EXPECT_EQ(absent.second, nullptr);
+    const auto last = OrvSet_OrvDateTime_NodeEqualRange(s.end.left, key(50));
+    EXPECT_EQ(last.second, &s.end);
+    EXPECT_EQ(OrvSet_OrvDateTime_NodeGetMinimum(&s.end), OrvSet_OrvDateTimeBegin(&s));
+    EXPECT_EQ(Sec(OrvSet_OrvDateTimeFront(&s)), 10);
+    EXPECT_EQ(Sec(OrvSet_OrvDateTimeBack(&s)), 50);
+    OrvSet_OrvDateTimeDestruct(&s);
+}
+
+// Same instant in different zones is the same key.
+TEST_F(DateTimeSet, EqualInstantsAreOneKey)
+{
+    CountingAllocator a;
+    OrvSet_OrvDateTime s;
+    Fill(&s, a.get(), {3600});
+    EXPECT_FALSE(OrvSet_OrvDateTimeInsert(&s, key(3600)).second); // floating, same instant
+    EXPECT_EQ(OrvSet_OrvDateTimeSize(&s), 1u);
+    OrvSet_OrvDateTimeDestruct(&s);
+}
+
+TEST_F(DateTimeSet, EraseRangeAndKey)
+{
+    OrvSet_OrvDateTime s;
+    Fill(&s, OrvAllocatorGetDefault(), {1, 2, 3, 4, 5, 6});
+    OrvSet_OrvDateTimeIterator three = OrvSet_OrvDateTimeFind(&s, key(3));
+    EXPECT_EQ(OrvSet_OrvDateTimeEraseRange(&s, three, three), three);
+    OrvSet_OrvDateTimeIterator five = OrvSet_OrvDateTimeFind(&s, key(5));
+    EXPECT_EQ(OrvSet_OrvDateTimeEraseRange(&s, OrvSet_OrvDateTimeFind(&s, key(2)), five), five);
+    EXPECT_EQ(Walk(&s), (std::vector<int64_t>{1, 5, 6}));
+    EXPECT_EQ(OrvSet_OrvDateTimeEraseKey(&s, key(6)), 1u);
+    EXPECT_EQ(OrvSet_OrvDateTimeEraseKey(&s, key(6)), 0u);
+    EXPECT_EQ(OrvSet_OrvDateTimeErase(&s, five), OrvSet_OrvDateTimeEnd(&s)); // the greatest
+    EXPECT_EQ(OrvSet_OrvDateTimeEraseRange(&s, OrvSet_OrvDateTimeBegin(&s), OrvSet_OrvDateTimeEnd(&s)),
+              OrvSet_OrvDateTimeEnd(&s));
+    EXPECT_EQ(s.end.left, nullptr);
+    EXPECT_VALID(&s);
+    OrvSet_OrvDateTimeDestruct(&s);
+}
+
+TEST_F(DateTimeSet, AssignKeepsOwnAllocatorAndSelfAssignKeepsElements)
+{
+    CountingAllocator a;
+    CountingAllocator b;
+    OrvSet_OrvDateTime x;
+    OrvSet_OrvDateTime y;
+    Fill(&x, a.get(), {1, 2, 3});
+    Fill(&y, b.get(), {9});
+    ASSERT_EQ(OrvSet_OrvDateTimeAssign(&y, &x), &y);
+    EXPECT_EQ(Walk(&y), (std::vector<int64_t>{1, 2, 3}));
+    EXPECT_EQ(OrvSet_OrvDateTimeGetAllocator(&y), b.get());
+    EXPECT_EQ(b.liveBlocks(), 3u);
+    ASSERT_EQ(OrvSet_OrvDateTimeAssign(&x, &x), &x);
+    EXPECT_EQ(Walk(&x), (std::vector<int64_t>{1, 2, 3}));
+    EXPECT_VALID(&x);
+    EXPECT_EQ(a.liveBlocks(), 3u);
+    OrvSet_OrvDateTimeDestruct(&x);
+    OrvSet_OrvDateTimeDestruct(&y);
+    EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
+}
+
+TEST_F(DateTimeSet, SwapSharingAnAllocatorMovesTreesAndIterators)
+{
+    CountingAllocator a;
+    OrvSet_OrvDateTime x;
+    OrvSet_OrvDateTime y;
+    Fill(&x, a.get(), {1, 2, 3});
+    OrvSet_OrvDateTimeConstruct(&y, a.get());
+    OrvSet_OrvDateTimeIterator two = OrvSet_OrvDateTimeFind(&x, key(2));
+    const std::size_t allocations = a.allocations();
+    EXPECT_TRUE(OrvSet_OrvDateTimeSwap(&x, &y));
+    EXPECT_EQ(a.allocations(), allocations);
+    EXPECT_EQ(x.end.left, nullptr);
+    EXPECT_EQ(OrvSet_OrvDateTimeSize(&x), 0u);
+    EXPECT_EQ(y.end.left->parent, &y.end);
+    EXPECT_EQ(y.end.left->pPtr, &y.end.left);
+    EXPECT_EQ(OrvSet_OrvDateTimeFind(&y, key(2)), two);
+    EXPECT_VALID(&x);
+    EXPECT_VALID(&y);
+    OrvSet_OrvDateTimeDestruct(&x);
+    OrvSet_OrvDateTimeDestruct(&y);
+    EXPECT_EQ(a.liveBlocks(), 0u);
+}
+
+// --- iterators -------------------------------------------------------------------------------
+
+TEST_F(DateTimeSet, IteratorsWalkBothWays)
+{
+    OrvSet_OrvDateTime s;
+    Fill(&s, OrvAllocatorGetDefault(), {4, 2, 6, 1, 3, 5, 7});
+    const std::vector<int64_t> ascending = {1, 2, 3, 4, 5, 6, 7};
+
+    std::vector<int64_t> seen;
+    OrvSet_OrvDateTimeConstIterator c = OrvSet_OrvDateTimeBeginConst(&s);
+    const OrvSet_OrvDateTimeConstIterator cend = OrvSet_OrvDateTimeEndConst(&s);
+    while (!OrvSet_OrvDateTimeConstIteratorEqual(&c, &cend)) {
+        seen.push_back(Sec(OrvSet_OrvDateTimeConstIteratorContentOf(&c)));
+        OrvSet_OrvDateTimeConstIteratorIncrement(&c);
+    }
+    EXPECT_EQ(seen, ascending);
+
+    // Backwards from the end position.
+    seen.clear();
+    OrvSet_OrvDateTimeIterator it = OrvSet_OrvDateTimeEnd(&s);
+    for (int i = 0; i < 7; ++i) seen.insert(seen.begin(), Sec(OrvSet_OrvDateTimeIteratorContentOf(OrvSet_OrvDateTimeIteratorDecrement(&it))));
+    EXPECT_EQ(seen, ascending);
+    EXPECT_EQ(it, OrvSet_OrvDateTimeBegin(&s));
+
+    // Reverse: the reverse begin holds the end position, the reverse end the begin.
+    seen.clear();
+    OrvSet_OrvDateTimeReverseIterator r = OrvSet_OrvDateTimeEnd(&s);
+    const OrvSet_OrvDateTimeReverseIterator rend = OrvSet_OrvDateTimeBegin(&s);
+    EXPECT_EQ(Sec(OrvSet_OrvDateTimeReverseIteratorContentOf(&r)), 7);
+    EXPECT_EQ(r, OrvSet_OrvDateTimeEnd(&s)); // reading does not move it
+    while (!OrvSet_OrvDateTimeReverseIteratorEqual(&r, &rend)) {
+        seen.push_back(Sec(OrvSet_OrvDateTimeReverseIteratorContentOfConst(&r)));
+        OrvSet_OrvDateTimeReverseIteratorIncrement(&r);
+    }
+    EXPECT_EQ(seen, (std::vector<int64_t>{7, 6, 5, 4, 3, 2, 1}));
+    OrvSet_OrvDateTimeReverseIteratorDecrement(&r); // one step back from the reverse end
+    EXPECT_EQ(Sec(OrvSet_OrvDateTimeReverseIteratorContentOf(&r)), 1);
+
+    OrvSet_OrvDateTimeConstReverseIterator cr = OrvSet_OrvDateTimeEndConst(&s);
+    OrvSet_OrvDateTimeConstReverseIteratorIncrement(&cr);
+    EXPECT_EQ(Sec(OrvSet_OrvDateTimeConstReverseIteratorContentOf(&cr)), 6);
+    OrvSet_OrvDateTimeConstReverseIteratorDecrement(&cr);
+    EXPECT_EQ(cr, OrvSet_OrvDateTimeEndConst(&s));
+
+    // Pointer operations.
+    OrvSet_OrvDateTimeIterator a;
+    OrvSet_OrvDateTimeIteratorConstruct(&a);
+    EXPECT_TRUE(OrvSet_OrvDateTimeIteratorIsExceptional(a));
+    OrvSet_OrvDateTimeReverseIterator re;
+    OrvSet_OrvDateTimeReverseIteratorConstructExceptional(&re);
+    EXPECT_TRUE(OrvSet_OrvDateTimeReverseIteratorIsExceptional(re));
+    OrvSet_OrvDateTimeIterator b = OrvSet_OrvDateTimeBegin(&s);
+    OrvSet_OrvDateTimeIterator e = OrvSet_OrvDateTimeEnd(&s);
+    EXPECT_NE(OrvSet_OrvDateTimeIteratorLess(&b, &e), OrvSet_OrvDateTimeIteratorLess(&e, &b));
+    EXPECT_FALSE(OrvSet_OrvDateTimeIteratorLess(&b, &b));
+    EXPECT_TRUE(OrvSet_OrvDateTimeIteratorSwap(&b, &e));
+    EXPECT_EQ(e, OrvSet_OrvDateTimeBegin(&s));
+    EXPECT_TRUE(OrvSet_OrvDateTimeIteratorSwap(&b, &b));
+    OrvSet_OrvDateTimeIteratorAssign(&a, &b);
+    EXPECT_TRUE(OrvSet_OrvDateTimeIteratorEqual(&a, &b));
+    OrvSet_OrvDateTimeDestruct(&s);
+
+    OrvSet_OrvDateTime empty;
+    OrvSet_OrvDateTimeConstruct(&empty, OrvAllocatorGetDefault());
+    EXPECT_EQ(OrvSet_OrvDateTimeBegin(&empty), OrvSet_OrvDateTimeEnd(&empty));
+    OrvSet_OrvDateTimeDestruct(&empty);
+}
+
+// --- randomized, against std::set --------------------------------------------------------------
+
+// At least 100000 mixed operations; every invariant of the tree (order, balance,
+// heights, parent and pPtr links, size) is checked after every one.
+TEST_F(DateTimeSet, RandomizedAgainstStdSet)
+{
+    CountingAllocator a;
+    CountingAllocator b;
+    std::vector<OrvDateTime> keys(256);
+    for (std::size_t i = 0; i < keys.size(); ++i) OrvDateTimeConstruct(&keys[i], static_cast<OrvTime>(i) * kSecond, nullptr);
+    OrvSet_OrvDateTime s;
+    OrvSet_OrvDateTime other;
+    OrvSet_OrvDateTimeConstruct(&s, a.get());
+    OrvSet_OrvDateTimeConstruct(&other, b.get());
+    std::set<int64_t> model;
+    std::set<int64_t> otherModel;
+    std::mt19937 rng(7);
+    for (int step = 0; step < 100000; ++step) {
+        const int64_t k = static_cast<int64_t>(rng() % keys.size());
+        const OrvDateTime* kp = &keys[static_cast<std::size_t>(k)];
+        const unsigned op = rng() % 100;
+        if (op < 45) {
+            const auto r = OrvSet_OrvDateTimeInsert(&s, kp);
+            const bool inserted = model.insert(k).second;
+            ASSERT_EQ(r.second != 0, inserted);
+            ASSERT_EQ(Sec(&r.first->value), k);
+        } else if (op < 65) {
+            ASSERT_EQ(OrvSet_OrvDateTimeEraseKey(&s, kp), model.erase(k));
+        } else if (op < 80) {
+            OrvSet_OrvDateTimeIterator it = OrvSet_OrvDateTimeLowerBound(&s, kp);
+            const auto mit = model.lower_bound(k);
+            ASSERT_EQ(it == &s.end, mit == model.end());
+            if (it != &s.end) {
+                ASSERT_EQ(Sec(&it->value), *mit);
+                OrvSet_OrvDateTimeIterator next = OrvSet_OrvDateTimeErase(&s, it);
+                const auto mnext = model.erase(mit);
+                ASSERT_EQ(next == &s.end ? -1 : Sec(&next->value), mnext == model.end() ? -1 : *mnext);
+            }
+        } else if (op < 84) {
+            const int64_t hi = k + static_cast<int64_t>(rng() % 16);
+            OrvSet_OrvDateTimeIterator first = OrvSet_OrvDateTimeLowerBound(&s, kp);
+            OrvSet_OrvDateTimeIterator last =
+                hi < static_cast<int64_t>(keys.size()) ? OrvSet_OrvDateTimeLowerBound(&s, &keys[static_cast<std::size_t>(hi)])
+                                                       : OrvSet_OrvDateTimeEnd(&s);
+            ASSERT_EQ(OrvSet_OrvDateTimeEraseRange(&s, first, last), last);
+            model.erase(model.lower_bound(k), model.lower_bound(hi));
+        } else if (op < 97) {
+            const auto up = OrvSet_OrvDateTimeUpperBound(&s, kp);
+            const auto mup = model.upper_bound(k);
+            ASSERT_EQ(up == &s.end ? -1 : Sec(&up->value), mup == model.end() ? -1 : *mup);
+            ASSERT_EQ(OrvSet_OrvDateTimeCount(&s, kp), model.count(k));
+        } else if (op < 98) {
+            ASSERT_NE(OrvSet_OrvDateTimeAssign(&other, &s), nullptr);
+            otherModel = model;
+        } else if (op < 99) {
+            ASSERT_TRUE(OrvSet_OrvDateTimeSwap(&s, &other));
+            std::swap(model, otherModel);
+            ASSERT_EQ(DateTimeTree::Validate(&other), nullptr);
+        } else if (rng() % 4 == 0) {
+            OrvSet_OrvDateTimeClear(&s);
+            model.clear();
+        }
+        const char* fault = DateTimeTree::Validate(&s);
+        ASSERT_EQ(fault, nullptr) << "step " << step;
+        ASSERT_EQ(OrvSet_OrvDateTimeSize(&s), model.size());
+        if (step % 1000 == 0) {
+            ASSERT_EQ(Walk(&s), std::vector<int64_t>(model.begin(), model.end()));
+        }
+    }
+    ASSERT_EQ(Walk(&s), std::vector<int64_t>(model.begin(), model.end()));
+    ASSERT_EQ(Walk(&other), std::vector<int64_t>(otherModel.begin(), otherModel.end()));
+    OrvSet_OrvDateTimeDestruct(&s);
+    OrvSet_OrvDateTimeDestruct(&other);
+    for (auto& d : keys) OrvDateTimeDestruct(&d);
+    EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
+    EXPECT_EQ(a.badDeallocations() + b.badDeallocations(), 0u);
+}
+
+} // namespace
