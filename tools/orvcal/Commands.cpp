@@ -10,6 +10,8 @@ int RunConvert(Invocation& inv);
 int RunWeek(Invocation& inv);
 // VerbsArithmetic.cpp
 int RunAdd(Invocation& inv);
+// VerbsSort.cpp
+int RunSort(Invocation& inv);
 
 namespace {
 
@@ -18,6 +20,7 @@ constexpr Command kCommands[] = {
     {"convert", "Writes the instant of a date-time as read in another zone.", RunConvert},
     {"add", "Adds an amount to one field of a date-time and writes the result.", RunAdd},
     {"week", "Shows the week numbers of a date under a week rule.", RunWeek},
+    {"sort", "Reads date-times one per line and writes them in order, without duplicates.", RunSort},
 };
 
 } // namespace

@@ -8,11 +8,19 @@ namespace {
 
 constexpr std::size_t kLabelWidth = 15;
 
+std::string OptionWithValue(const OptionSpec& o)
+{
+    return o.value == nullptr ? std::string(o.name) : std::string(o.name) + " " + o.value;
+}
+
 std::string Synopsis(std::string_view verb, const Usage& usage)
 {
     std::string s = "orvcal " + std::string(verb);
-    for (const PositionalSpec& p : usage.positionals) s += " " + std::string(p.name);
-    for (const OptionSpec& o : usage.options) s += " [" + std::string(o.name) + " " + o.value + "]";
+    const std::size_t required = usage.positionals.size() - usage.optionalPositionals;
+    std::size_t i = 0;
+    for (const PositionalSpec& p : usage.positionals)
+        s += i++ < required ? " " + std::string(p.name) : " [" + std::string(p.name) + "]";
+    for (const OptionSpec& o : usage.options) s += " [" + OptionWithValue(o) + "]";
     return s;
 }
 
@@ -43,7 +51,7 @@ std::string Invocation::HelpText(std::string_view verb, std::string_view summary
         for (const PositionalSpec& p : usage.positionals) row(p.name, p.help);
     }
     s += "\noptions:\n";
-    for (const OptionSpec& o : usage.options) row(std::string(o.name) + " " + o.value, o.help);
+    for (const OptionSpec& o : usage.options) row(OptionWithValue(o), o.help);
     row("--help", "show this help");
     if (usage.notes != nullptr) s += "\n" + std::string(usage.notes) + "\n";
     return s;
@@ -79,7 +87,12 @@ bool Invocation::Read(const Usage& usage)
             return false;
         }
         std::string_view value;
-        if (eq != std::string_view::npos) {
+        if (spec->value == nullptr) {
+            if (eq != std::string_view::npos) {
+                RefuseUsage(std::string(name) + " takes no value");
+                return false;
+            }
+        } else if (eq != std::string_view::npos) {
             value = a.substr(eq + 1);
         } else if (i + 1 < args_.size()) {
             value = args_[++i];
@@ -93,7 +106,7 @@ bool Invocation::Read(const Usage& usage)
         }
     }
     const std::size_t want = usage.positionals.size();
-    if (positionals_.size() < want) {
+    if (positionals_.size() < want - usage.optionalPositionals) {
         const PositionalSpec& missing = usage.positionals.begin()[positionals_.size()];
         RefuseUsage("missing " + std::string(missing.name) + " (expected " + missing.help + "; usage: " +
                     Synopsis(verb_, usage) + ")");

@@ -4,6 +4,7 @@
 #ifndef ORVCAL_INVOCATION_H
 #define ORVCAL_INVOCATION_H
 
+#include <cstddef>
 #include <initializer_list>
 #include <map>
 #include <string>
@@ -24,7 +25,7 @@ struct PositionalSpec {
 
 struct OptionSpec {
     const char* name;  // with its dashes: "--zone"
-    const char* value; // placeholder of its value: "Z"
+    const char* value; // placeholder of its value: "Z"; null for a flag that takes no value
     const char* help;
 };
 
@@ -33,6 +34,7 @@ struct Usage {
     std::initializer_list<PositionalSpec> positionals;
     std::initializer_list<OptionSpec> options;
     const char* notes = nullptr; // extra paragraph for --help, may be null
+    std::size_t optionalPositionals = 0; // how many of the last positionals may be left out
 };
 
 class Invocation {
@@ -45,9 +47,10 @@ public:
     // "--" ends them, so that later arguments are positionals even with dashes.
     bool Read(const Usage& usage);
 
-    // The i-th positional (Read made sure that all are there).
+    // The i-th positional (Read made sure that all but the optional ones are there).
     std::string_view Positional(std::size_t i) const { return positionals_[i]; }
-    // An option's value, or null when it was not given.
+    std::size_t PositionalCount() const { return positionals_.size(); }
+    // An option's value, or null when it was not given (empty for a flag that was).
     const std::string_view* Option(std::string_view name) const;
 
     // Output, written to stdout only when the verb ends with kOk.
