@@ -127,9 +127,12 @@ OrvTime LocalReading(OrvInt year, OrvInt month, OrvInt day, OrvInt hour, OrvInt 
                      OrvTime nanosecs)
 {
     std::int64_t y = year;
-    std::int64_t m0 = std::int64_t{month} - 1;
-    y += cal::DivDownAndMod<std::int64_t>(m0, cal::kMonthsPerYear, &m0);
-    const std::int64_t days = cal::DaysFromCivil(y, static_cast<OrvInt>(m0 + 1), day); // |days| < 2^40
+    if (month < 1 || month > cal::kMonthsPerYear) { // the date-time module never asks this
+        std::int64_t m0 = std::int64_t{month} - 1;
+        y += cal::DivDownAndMod<std::int64_t>(m0, cal::kMonthsPerYear, &m0);
+        month = static_cast<OrvInt>(m0 + 1);
+    }
+    const std::int64_t days = cal::DaysFromCivil(y, month, day); // |days| < 2^40
     const std::int64_t secs = days * cal::kSecondsPerDay + std::int64_t{hour} * 3600 + std::int64_t{minute} * 60 +
                               second;
     if (secs > kMaxSecond + 1) return INT64_MAX;

@@ -1,0 +1,239 @@
+// Building a value in Europe/Berlin, from an instant and from local fields, over a
+// fixed pseudo-random spread of instants from 1900 to 2100, beside glibc
+// (localtime_r / mktime with TZ=Europe/Berlin), cctz and ICU when they are installed.
+#include "Orv/Calendar/OrvDateTime.h"
+#include "Orv/Calendar/OrvTzdbTimezone.h"
+#include "RatioReporter.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <random>
+#include <vector>
+
+#if ORV_BENCH_HAVE_CCTZ
+#include <cctz/civil_time.h>
+#include <cctz/time_zone.h>
+#endif
+#if ORV_BENCH_HAVE_ICU
+#include <unicode/gregocal.h>
+#include <unicode/timezone.h>
+#endif
+
+namespace {
+
+constexpr std::size_t kCount = 4096; // a power of two
+constexpr const char* kZone = "Europe/Berlin";
+constexpr OrvTime kNs = ORV_TIME_NANOSECONDS_PER_SECOND;
+
+struct Sample {
+    OrvTime instant;
+    int year, month, day, hour, min, sec;
+};
+
+const OrvTimezone* Berlin()
+{
+    static OrvTimezone tz;
+    static const bool ok = OrvTzdbTimezoneConstruct(&tz, kZone, OrvAllocatorGetDefault()) != nullptr;
+    if (!ok) {
+        std::fprintf(stderr, "cannot load %s from the zone database\n", kZone);
+        std::exit(1);
+    }
+    return &tz;
+}
+
+const std::vector<Sample>& Samples()
+{
+    static const std::vector<Sample> samples = [] {
+        std::mt19937_64 rng(1900);
+        // 1900-01-01T00:00Z to 2100-01-01T00:00Z, whole seconds.
+        std::uniform_int_distribution<std::int64_t> dist(-2208988800, 4102444799);
+        std::vector<Sample> v;
+        for (std::size_t i = 0; i < kCount; ++i) {
+            const OrvTime t = dist(rng) * kNs;
+            OrvDateTime d;
+            OrvDateTimeConstruct(&d, t, Berlin());
+            v.push_back({t, d.year, d.month, d.monthDay, d.hour, d.min, d.sec});
+            OrvDateTimeDestruct(&d);
+        }
+        return v;
+    }();
+    return samples;
+}
+
+void UseGlibcZone()
+{
+    setenv("TZ", kZone, 1);
+    tzset();
+}
+
+// ---------------------------------------------------------------------------------
+// Instant -> value
+// ---------------------------------------------------------------------------------
+
+void FromInstantOrv(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    const OrvTimezone* tz = Berlin();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        OrvDateTime d;
+        OrvDateTimeConstruct(&d, samples[i++ & (kCount - 1)].instant, tz);
+        benchmark::DoNotOptimize(d.year);
+        benchmark::DoNotOptimize(d.sec);
+        OrvDateTimeDestruct(&d);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void FromInstantLocaltime(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    UseGlibcZone();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const time_t t = static_cast<time_t>(samples[i++ & (kCount - 1)].instant / kNs);
+        std::tm tm;
+        localtime_r(&t, &tm);
+        benchmark::DoNotOptimize(tm.tm_year);
+        benchmark::DoNotOptimize(tm.tm_sec);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+// ---------------------------------------------------------------------------------
+// Local fields -> value
+// ---------------------------------------------------------------------------------
+
+void FromFieldsOrv(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    const OrvTimezone* tz = Berlin();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const Sample& s = samples[i++ & (kCount - 1)];
+        OrvDateTime d;
+        OrvDateTimeConstructFields(&d, s.year, s.month, s.day, s.hour, s.min, s.sec, 0, tz);
+        benchmark::DoNotOptimize(d.wallTime);
+        OrvDateTimeDestruct(&d);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void FromFieldsMktime(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    UseGlibcZone();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const Sample& s = samples[i++ & (kCount - 1)];
+        std::tm tm{};
+        tm.tm_year = s.year - 1900;
+        tm.tm_mon = s.month - 1;
+        tm.tm_mday = s.day;
+        tm.tm_hour = s.hour;
+        tm.tm_min = s.min;
+        tm.tm_sec = s.sec;
+        tm.tm_isdst = -1;
+        benchmark::DoNotOptimize(mktime(&tm));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+BENCHMARK(FromInstantOrv)->Name("TzFromInstant:orv");
+BENCHMARK(FromInstantLocaltime)->Name("TzFromInstant:localtime_r");
+BENCHMARK(FromFieldsOrv)->Name("TzFromFields:orv");
+BENCHMARK(FromFieldsMktime)->Name("TzFromFields:mktime");
+
+#if ORV_BENCH_HAVE_CCTZ
+const cctz::time_zone& CctzBerlin()
+{
+    static const cctz::time_zone tz = [] {
+        cctz::time_zone z;
+        if (!cctz::load_time_zone(kZone, &z)) std::fprintf(stderr, "cctz cannot load %s\n", kZone);
+        return z;
+    }();
+    return tz;
+}
+
+void FromInstantCctz(benchmark::State& state)
+{
+    using namespace std::chrono;
+    const auto& samples = Samples();
+    const cctz::time_zone& tz = CctzBerlin();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const cctz::time_point<seconds> t{seconds{samples[i++ & (kCount - 1)].instant / kNs}};
+        const cctz::civil_second cs = cctz::convert(t, tz);
+        benchmark::DoNotOptimize(cs);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void FromFieldsCctz(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    const cctz::time_zone& tz = CctzBerlin();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const Sample& s = samples[i++ & (kCount - 1)];
+        const auto t = cctz::convert(cctz::civil_second(s.year, s.month, s.day, s.hour, s.min, s.sec), tz);
+        benchmark::DoNotOptimize(t);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+BENCHMARK(FromInstantCctz)->Name("TzFromInstant:cctz");
+BENCHMARK(FromFieldsCctz)->Name("TzFromFields:cctz");
+#endif
+
+#if ORV_BENCH_HAVE_ICU
+// One calendar per benchmark, as an application keeps one per thread.
+icu::GregorianCalendar* IcuBerlin()
+{
+    UErrorCode status = U_ZERO_ERROR;
+    auto* cal = new icu::GregorianCalendar(icu::TimeZone::createTimeZone(kZone), status);
+    if (U_FAILURE(status)) std::fprintf(stderr, "ICU cannot make a calendar for %s\n", kZone);
+    return cal;
+}
+
+void FromInstantIcu(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    icu::GregorianCalendar* cal = IcuBerlin();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        UErrorCode status = U_ZERO_ERROR;
+        cal->setTime(static_cast<UDate>(samples[i++ & (kCount - 1)].instant / 1000000), status);
+        benchmark::DoNotOptimize(cal->get(UCAL_YEAR, status));
+        benchmark::DoNotOptimize(cal->get(UCAL_MONTH, status));
+        benchmark::DoNotOptimize(cal->get(UCAL_DATE, status));
+        benchmark::DoNotOptimize(cal->get(UCAL_HOUR_OF_DAY, status));
+        benchmark::DoNotOptimize(cal->get(UCAL_MINUTE, status));
+        benchmark::DoNotOptimize(cal->get(UCAL_SECOND, status));
+    }
+    delete cal;
+    state.SetItemsProcessed(state.iterations());
+}
+
+void FromFieldsIcu(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    icu::GregorianCalendar* cal = IcuBerlin();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const Sample& s = samples[i++ & (kCount - 1)];
+        UErrorCode status = U_ZERO_ERROR;
+        cal->clear();
+        cal->set(s.year, s.month - 1, s.day, s.hour, s.min, s.sec);
+        benchmark::DoNotOptimize(cal->getTime(status));
+    }
+    delete cal;
+    state.SetItemsProcessed(state.iterations());
+}
+
+BENCHMARK(FromInstantIcu)->Name("TzFromInstant:icu");
+BENCHMARK(FromFieldsIcu)->Name("TzFromFields:icu");
+#endif
+
+} // namespace
