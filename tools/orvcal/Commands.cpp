@@ -12,6 +12,8 @@ int RunWeek(Invocation& inv);
 int RunAdd(Invocation& inv);
 // VerbsSort.cpp
 int RunSort(Invocation& inv);
+// VerbsZones.cpp
+int RunZones(Invocation& inv);
 
 namespace {
 
@@ -21,6 +23,7 @@ constexpr Command kCommands[] = {
     {"add", "Adds an amount to one field of a date-time and writes the result.", RunAdd},
     {"week", "Shows the week numbers of a date under a week rule.", RunWeek},
     {"sort", "Reads date-times one per line and writes them in order, without duplicates.", RunSort},
+    {"zones", "Lists the zone ids of the system's time-zone database, one per line.", RunZones},
 };
 
 } // namespace

@@ -1,13 +1,16 @@
 #include "ZoneArg.h"
 
 #include "Orv/Calendar/OrvFixedTimezone.h"
+#include "Orv/Calendar/OrvTzdbTimezone.h"
 #include "Orv/Os/OrvTime.h"
 
 #include <cstdio>
 
 namespace orvcal {
 
-const char* const kZoneArgForms = "UTC or a fixed offset such as +05:30 or -04:00";
+const char* const kZoneArgForms =
+    "UTC, a fixed offset such as +05:30 or -04:00, a zone id such as Europe/Berlin (orvcal zones lists them) "
+    "or local";
 
 Zone::~Zone()
 {
@@ -77,6 +80,18 @@ bool ParseZoneArg(std::string_view text, Zone* out, std::string* expected)
         const int magnitude = minutes < 0 ? -minutes : minutes;
         std::snprintf(name, sizeof name, "%c%02d:%02d", minutes < 0 ? '-' : '+', magnitude / 60, magnitude % 60);
         out->name_ = name;
+        return true;
+    }
+    // A zone of the system's database, or the system's own zone.
+    OrvTimezone tz;
+    const std::string id(text);
+    const bool isLocal = id == "local";
+    if (isLocal ? OrvTzdbTimezoneConstructLocal(&tz, OrvAllocatorGetDefault()) != nullptr
+                : OrvTzdbTimezoneConstruct(&tz, id.c_str(), OrvAllocatorGetDefault()) != nullptr) {
+        if (out->held_) OrvTimezoneDestruct(&out->tz_);
+        out->tz_ = tz; // the reference moves into out
+        out->held_ = true;
+        out->name_ = OrvTzdbTimezoneGetId(&tz);
         return true;
     }
     *expected = kZoneArgForms;

@@ -23,7 +23,7 @@ public:
 
     // The zone, or null when none was given (values are then floating).
     const OrvTimezone* get() const { return held_ ? &tz_ : nullptr; }
-    // How the zone is written in output: "UTC", "+05:30".
+    // How the zone is written in output: "UTC", "+05:30", "Europe/Berlin".
     const std::string& name() const { return name_; }
 
 private:
@@ -38,8 +38,9 @@ extern const char* const kZoneArgForms;
 
 // Turns text into a zone: "UTC" (any case) is the library's global UTC zone; a fixed
 // offset is a sign and hours, optionally with minutes, as +05:30, -04:00, +0530 or +05
-// (hours 0 to 23, minutes 0 to 59). False, with *expected saying what is accepted, for
-// anything else; out is then unchanged.
+// (hours 0 to 23, minutes 0 to 59); any other text is a zone id of the system's
+// time-zone database ("Europe/Berlin"), and "local" is the system's own zone. False,
+// with *expected saying what is accepted, for anything else; out is then unchanged.
 bool ParseZoneArg(std::string_view text, Zone* out, std::string* expected);
 
 // Reads the option `option` (for example "--zone") into out when it was given.

@@ -1,0 +1,131 @@
+// orvcal with zones of the system database: --zone ids and local, and the zones verb,
+// driven as a process (status, stdout, stderr).
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct ToolRun {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+std::string Quote(const std::string& arg)
+{
+    std::string q = "'";
+    for (char c : arg) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return q + "'";
+}
+
+// Runs orvcal with args; env is a list of NAME=value put in front of the command.
+ToolRun Orvcal(const std::vector<std::string>& args, const std::vector<std::string>& env = {})
+{
+    const std::string errPath = ::testing::TempDir() + "orvcal_zones_stderr.txt";
+    std::string command = "env";
+    for (const std::string& e : env) command += " " + Quote(e);
+    command += " " + Quote(ORVCAL_PATH);
+    for (const std::string& a : args) command += " " + Quote(a);
+    command += " 2>" + Quote(errPath);
+    ToolRun run;
+    FILE* pipe = popen(command.c_str(), "r");
+    if (pipe == nullptr) return run;
+    char buf[4096];
+    for (std::size_t n; (n = std::fread(buf, 1, sizeof buf, pipe)) != 0;) run.out.append(buf, n);
+    const int raw = pclose(pipe);
+    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    std::ifstream err(errPath);
+    std::stringstream ss;
+    ss << err.rdbuf();
+    run.err = ss.str();
+    return run;
+}
+
+std::string Join(const std::vector<std::string>& args)
+{
+    std::string s;
+    for (const std::string& a : args) s += " " + a;
+    return s;
+}
+
+bool HaveDatabase()
+{
+    const char* dir = std::getenv("TZDIR");
+    const std::string root = (dir != nullptr && dir[0] != '\0') ? dir : "/usr/share/zoneinfo";
+    return access((root + "/Europe/Berlin").c_str(), R_OK) == 0;
+}
+
+TEST(OrvcalZones, ZoneIdsAndLocal)
+{
+    if (!HaveDatabase()) GTEST_SKIP() << "no time-zone database (install tzdata)";
+    struct Case {
+        std::vector<std::string> args;
+        std::vector<std::string> env;
+        const char* want;
+    };
+    const Case cases[] = {
+        {{"convert", "20240501T093000Z", "--zone", "America/New_York"}, {}, "20240501T053000\n"},
+        {{"convert", "20240115T093000Z", "--zone", "Europe/Berlin"}, {}, "20240115T103000\n"},
+        {{"convert", "20240701T093000Z", "--zone", "Europe/Berlin"}, {}, "20240701T113000\n"},
+        {{"convert", "20240501T093000Z", "--zone", "Asia/Kathmandu"}, {}, "20240501T151500\n"},
+        // 02:30 occurs twice in Berlin that night: read as its first occurrence (+02:00).
+        {{"convert", "20241027T023000", "--from", "Europe/Berlin", "--zone", "UTC"}, {}, "20241027T003000Z\n"},
+        {{"convert", "20240501T093000Z", "--zone", "local"}, {"TZ=Asia/Tokyo"}, "20240501T183000\n"},
+        {{"convert", "20240501T093000Z", "--zone", "local"}, {"TZ=<+0530>-5:30"}, "20240501T150000\n"},
+    };
+    for (const Case& c : cases) {
+        const ToolRun r = Orvcal(c.args, c.env);
+        EXPECT_EQ(r.status, 0) << Join(c.args) << "\n" << r.err;
+        EXPECT_EQ(r.out, c.want) << Join(c.args);
+        EXPECT_EQ(r.err, "") << Join(c.args);
+    }
+    const ToolRun show = Orvcal({"show", "20240701T120000", "--zone", "Europe/Berlin"});
+    EXPECT_EQ(show.status, 0) << show.err;
+    EXPECT_NE(show.out.find("Europe/Berlin"), std::string::npos) << show.out;
+    EXPECT_NE(show.out.find("+02:00"), std::string::npos) << show.out;
+}
+
+TEST(OrvcalZones, UnknownOrEscapingIdsAreRefused)
+{
+    for (const char* zone : {"Nowhere/Zone", "../etc/passwd", "/etc/localtime", "Europe", "zone.tab"}) {
+        const ToolRun r = Orvcal({"convert", "20240501T093000Z", "--zone", zone});
+        EXPECT_EQ(r.status, 2) << zone;
+        EXPECT_EQ(r.out, "") << zone;
+        EXPECT_NE(r.err.find(std::string("--zone '") + zone + "'"), std::string::npos) << r.err;
+        EXPECT_NE(r.err.find("orvcal zones"), std::string::npos) << r.err;
+        EXPECT_EQ(r.err.find('\n'), r.err.size() - 1) << "one line: " << r.err;
+    }
+}
+
+TEST(OrvcalZones, ListsTheDatabase)
+{
+    if (!HaveDatabase()) GTEST_SKIP() << "no time-zone database (install tzdata)";
+    const ToolRun r = Orvcal({"zones"});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.err, "");
+    std::vector<std::string> ids;
+    std::istringstream lines(r.out);
+    for (std::string line; std::getline(lines, line);) ids.push_back(line);
+    EXPECT_GT(ids.size(), 300U);
+    EXPECT_TRUE(std::is_sorted(ids.begin(), ids.end()));
+    EXPECT_NE(std::find(ids.begin(), ids.end(), "Europe/Berlin"), ids.end());
+    EXPECT_NE(std::find(ids.begin(), ids.end(), "America/Argentina/Buenos_Aires"), ids.end());
+    for (const std::string& id : ids) ASSERT_NE(id.rfind("right/", 0), 0U) << id;
+
+    const ToolRun missing = Orvcal({"zones"}, {"TZDIR=/nonexistent/zoneinfo"});
+    EXPECT_EQ(missing.status, 2);
+    EXPECT_EQ(missing.out, "");
+    EXPECT_NE(missing.err.find("TZDIR"), std::string::npos) << missing.err;
+}
+
+} // namespace
