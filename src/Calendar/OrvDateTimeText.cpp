@@ -8,6 +8,7 @@
 #include "OrvDateTimeInternal.h"
 
 #include "Orv/Utils/OrvCLib.h"
+#include "../Utils/OrvCLibInline.hpp"
 
 namespace {
 
@@ -16,18 +17,32 @@ constexpr OrvSizeT kUtcLength = 16;   // ... and Z
 constexpr OrvSizeT kTPos = 8;
 constexpr OrvSizeT kZPos = 15;
 
+// Copies the len characters at pos into buf and terminates it. False when the text
+// ends inside the field. This is the outcome of OrvStrLCpy(buf, pos, len + 1) < len
+// (strlcpy's result is the source's length, short exactly when a terminating zero lies
+// within the field) without measuring the rest of the text after the field.
+inline bool CopyField(char* buf, const char* pos, OrvSizeT len)
+{
+    for (OrvSizeT i = 0; i < len; ++i) {
+        if (pos[i] == '\0') return false;
+        buf[i] = pos[i];
+    }
+    buf[len] = '\0';
+    return true;
+}
+
 // Converts the len characters at pos (len <= 15) as strtoul does in base 10. The
 // number, truncated to 32 bits, is stored through val whatever the outcome. True only
 // when the conversion used the whole field and the number is not negative: a field
 // that ends early (a terminating zero inside it), holds no digit, has anything after
-// its digits, or reads as a negative number is refused.
-bool GetFixedSizeInt(const char* pos, OrvSizeT len, OrvInt* val)
+// its digits, or reads as a negative number is refused. The conversion is
+// OrvStrToUint32's, taken inline so that it is specialised for base 10.
+inline bool GetFixedSizeInt(const char* pos, OrvSizeT len, OrvInt* val)
 {
     char buf[16];
-    if (OrvStrLCpy(buf, pos, len + 1) < len) return false;
-    buf[len] = '\0';
+    if (!CopyField(buf, pos, len)) return false;
     char* end = nullptr;
-    *val = static_cast<OrvInt>(OrvStrToUint32(buf, &end, 10));
+    *val = static_cast<OrvInt>(orv::clib::StrToUint32(buf, &end, 10));
     return end == buf + len && *val >= 0;
 }
 

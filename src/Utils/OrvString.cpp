@@ -2,8 +2,9 @@
 //
 // OrvStringAssignFormatted takes a fast path for the formats the library itself uses
 // (%d, %u, %s, %c and %% with the '0' and '-' flags, a width and the l/ll lengths):
-// they are written directly, with the exact output printf would give. Any other
-// directive falls back to vsnprintf, so the behaviour is always the standard one.
+// they are written in one pass over the format, with the exact output printf would
+// give. Any other directive, and output longer than 256 characters, falls back to
+// vsnprintf, so the behaviour is always the standard one.
 #include "Orv/Utils/OrvString.h"
 
 #include <cstdarg>
@@ -48,7 +49,7 @@ struct Directive {
 
 // Parses the directive after '%'. Returns the position after it, or null when the
 // fast path does not handle it.
-const char* ParseDirective(const char* p, Directive* out)
+inline const char* ParseDirective(const char* p, Directive* out)
 {
     Directive d;
     for (;; ++p) {
@@ -80,127 +81,88 @@ const char* ParseDirective(const char* p, Directive* out)
     return p + 1;
 }
 
-bool FastPathHandles(const char* format)
+constexpr char kDigitPairs[] = "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
+                               "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
+                               "8081828384858687888990919293949596979899";
+
+// Writes the decimal digits of v so that they end just before end; returns their start.
+inline char* WriteDigits(unsigned long long v, char* end)
 {
-    for (const char* p = format; *p != '\0';) {
-        if (*p++ != '%') continue;
-        Directive d;
-        p = ParseDirective(p, &d);
-        if (p == nullptr) return false;
+    while (v >= 100) {
+        const auto pair = static_cast<unsigned>(v % 100) * 2;
+        v /= 100;
+        end -= 2;
+        end[0] = kDigitPairs[pair];
+        end[1] = kDigitPairs[pair + 1];
     }
-    return true;
+    if (v >= 10) {
+        const auto pair = static_cast<unsigned>(v) * 2;
+        end -= 2;
+        end[0] = kDigitPairs[pair];
+        end[1] = kDigitPairs[pair + 1];
+    } else {
+        *--end = static_cast<char>('0' + v);
+    }
+    return end;
 }
 
-// Appends text of length len padded to the directive's width.
-void EmitPadded(char* out, OrvSizeT* pos, const Directive& d, const char* sign, const char* text, OrvSizeT len)
+// Digits of a number end this far into their buffer (more than the 20 digits of the
+// largest 64-bit number), and short numbers are copied out in chunks of this size.
+constexpr OrvSizeT kDigitsEnd = 24;
+constexpr OrvSizeT kCopyChunk = 16;
+
+inline void Fill(char* out, OrvSizeT* pos, char c, OrvSizeT n)
 {
-    OrvSizeT signLen = std::strlen(sign);
-    OrvSizeT total = signLen + len;
-    OrvSizeT pad = static_cast<OrvSizeT>(d.width) > total ? static_cast<OrvSizeT>(d.width) - total : 0;
-    if (pad != 0 && !d.leftAlign && !d.zeroPad) {
-        std::memset(out + *pos, ' ', pad);
-        *pos += pad;
-    }
-    std::memcpy(out + *pos, sign, signLen);
-    *pos += signLen;
-    if (pad != 0 && !d.leftAlign && d.zeroPad) {
-        std::memset(out + *pos, '0', pad);
-        *pos += pad;
-    }
-    std::memcpy(out + *pos, text, len);
-    *pos += len;
-    if (pad != 0 && d.leftAlign) {
-        std::memset(out + *pos, ' ', pad);
-        *pos += pad;
-    }
+    for (OrvSizeT i = 0; i < n; ++i) out[*pos + i] = c;
+    *pos += n;
 }
 
-OrvSizeT DigitsOf(unsigned long long v, char* tmp)
+// Formats into out, which has room for cap characters and kCopyChunk bytes of slack
+// after them, in one pass over the format.
+// Returns the length, or -1 when the fast path does not apply (a directive it does not
+// handle, or output longer than cap); the caller then formats again with vsnprintf
+// from its own copy of the arguments.
+long FastFormat(char* out, OrvSizeT cap, const char* format, va_list args)
 {
-    char rev[24];
-    OrvSizeT n = 0;
-    do {
-        rev[n++] = static_cast<char>('0' + v % 10);
-        v /= 10;
-    } while (v != 0);
-    for (OrvSizeT i = 0; i < n; ++i) tmp[i] = rev[n - 1 - i];
-    return n;
-}
-
-// Upper bound of the output of one directive other than %s.
-OrvSizeT Bound(const Directive& d) { return static_cast<OrvSizeT>(d.width) + 24; }
-
-OrvString* FastFormat(OrvString* s, const char* format, va_list args)
-{
-    // First pass: the exact-enough size bound (strings measured, numbers bounded).
-    OrvSizeT bound = 0;
-    {
-        va_list scan;
-        va_copy(scan, args);
-        for (const char* p = format; *p != '\0';) {
-            if (*p != '%') {
-                ++bound;
-                ++p;
-                continue;
-            }
-            Directive d;
-            p = ParseDirective(p + 1, &d);
-            switch (d.conv) {
-            case 's': {
-                const char* str = va_arg(scan, const char*);
-                OrvSizeT len = std::strlen(str != nullptr ? str : "(null)");
-                bound += len > static_cast<OrvSizeT>(d.width) ? len : static_cast<OrvSizeT>(d.width);
-                break;
-            }
-            case 'c': (void)va_arg(scan, int); bound += Bound(d); break;
-            case '%': bound += 1; break;
-            default:
-                if (d.longs == 2) (void)va_arg(scan, long long);
-                else if (d.longs == 1) (void)va_arg(scan, long);
-                else (void)va_arg(scan, int);
-                bound += Bound(d);
-                break;
-            }
-        }
-        va_end(scan);
-    }
-
-    char local[256];
-    char* out = local;
-    OrvSizeT outCap = sizeof local;
-    if (bound + 1 > outCap) {
-        outCap = bound + 1;
-        out = static_cast<char*>(OrvAllocatorAllocate(s->allocator, outCap));
-        if (out == nullptr) return nullptr;
-    }
     OrvSizeT pos = 0;
-    for (const char* p = format; *p != '\0';) {
-        if (*p != '%') {
-            out[pos++] = *p++;
-            continue;
-        }
+    const char* p = format;
+    for (;;) {
+        const char* literal = p;
+        while (*p != '\0' && *p != '%') ++p;
+        const auto literalLen = static_cast<OrvSizeT>(p - literal);
+        if (literalLen > cap - pos) return -1;
+        for (OrvSizeT i = 0; i < literalLen; ++i) out[pos + i] = literal[i];
+        pos += literalLen;
+        if (*p == '\0') break;
+
         Directive d;
         p = ParseDirective(p + 1, &d);
-        char digits[24];
+        if (p == nullptr) return -1;
+        // Numbers are written to end at digitsEnd, over a run of '0's, so that zero
+        // padding is a step back; the slack after them lets a short number be copied
+        // out with one fixed-size copy.
+        char digits[kDigitsEnd + kCopyChunk];
+        std::memset(digits, '0', kDigitsEnd);
+        char* const digitsEnd = digits + kDigitsEnd;
+        const char* text = digits;
+        OrvSizeT len = 1;
+        char sign = 0;
+        bool number = false;
         switch (d.conv) {
-        case '%': out[pos++] = '%'; break;
-        case 'c': {
-            char c = static_cast<char>(va_arg(args, int));
-            EmitPadded(out, &pos, d, "", &c, 1);
+        case '%': digits[0] = '%'; break;
+        case 'c': digits[0] = static_cast<char>(va_arg(args, int)); break;
+        case 's':
+            text = va_arg(args, const char*);
+            if (text == nullptr) text = "(null)";
+            len = std::strlen(text);
             break;
-        }
-        case 's': {
-            const char* str = va_arg(args, const char*);
-            if (str == nullptr) str = "(null)";
-            EmitPadded(out, &pos, d, "", str, std::strlen(str));
-            break;
-        }
         case 'u': {
             unsigned long long v;
             if (d.longs == 2) v = va_arg(args, unsigned long long);
             else if (d.longs == 1) v = va_arg(args, unsigned long);
             else v = va_arg(args, unsigned int);
-            EmitPadded(out, &pos, d, "", digits, DigitsOf(v, digits));
+            text = WriteDigits(v, digitsEnd);
+            number = true;
             break;
         }
         default: {
@@ -209,28 +171,39 @@ OrvString* FastFormat(OrvString* s, const char* format, va_list args)
             else if (d.longs == 1) v = va_arg(args, long);
             else v = va_arg(args, int);
             // Magnitude without overflow for LLONG_MIN.
-            unsigned long long mag = v < 0 ? 0ULL - static_cast<unsigned long long>(v) : static_cast<unsigned long long>(v);
-            EmitPadded(out, &pos, d, v < 0 ? "-" : "", digits, DigitsOf(mag, digits));
+            const unsigned long long mag =
+                v < 0 ? 0ULL - static_cast<unsigned long long>(v) : static_cast<unsigned long long>(v);
+            if (v < 0) sign = '-';
+            text = WriteDigits(mag, digitsEnd);
+            number = true;
             break;
         }
         }
+        const OrvSizeT signLen = sign != 0 ? 1 : 0;
+        const auto width = static_cast<OrvSizeT>(d.width);
+        if (number) {
+            len = static_cast<OrvSizeT>(digitsEnd - text);
+            // Zero padding from the run of '0's in front of the digits.
+            if (d.zeroPad && !d.leftAlign && width <= kDigitsEnd && width > len + signLen) {
+                text -= width - len - signLen;
+                len = width - signLen;
+            }
+        }
+        const OrvSizeT total = len + signLen;
+        const OrvSizeT pad = width > total ? width - total : 0;
+        if (total + pad > cap - pos) return -1;
+        if (!d.leftAlign && !d.zeroPad) Fill(out, &pos, ' ', pad);
+        if (sign != 0) out[pos++] = sign;
+        if (!d.leftAlign && d.zeroPad) Fill(out, &pos, '0', pad);
+        if (number && len <= kCopyChunk) {
+            std::memcpy(out + pos, text, kCopyChunk); // out keeps kCopyChunk bytes of slack
+        } else {
+            std::memcpy(out + pos, text, len);
+        }
+        pos += len;
+        if (d.leftAlign) Fill(out, &pos, ' ', pad);
     }
-    out[pos] = '\0';
-
-    OrvString* result = s;
-    if (out != local) {
-        // The formatted text already sits in a block of our allocator: adopt it.
-        if (s->buf != nullptr) OrvAllocatorDeallocate(s->allocator, s->buf, s->capacity);
-        s->buf = out;
-        s->capacity = outCap;
-        s->size = pos;
-    } else if (Grow(s, pos)) {
-        std::memcpy(s->buf, out, pos + 1);
-        s->size = pos;
-    } else {
-        result = nullptr;
-    }
-    return result;
+    return static_cast<long>(pos);
 }
 
 OrvString* SlowFormat(OrvString* s, const char* format, va_list args)
@@ -308,11 +281,33 @@ OrvString* OrvStringAssignFormatted(OrvString* s, const char* format, ...)
 {
     va_list args;
     va_start(args, format);
-    OrvString* result = FastPathHandles(format) ? FastFormat(s, format, args) : SlowFormat(s, format, args);
+    va_list again;
+    va_copy(again, args);
+    char local[256];
+    const long n = FastFormat(local, sizeof local - kCopyChunk, format, args);
+    OrvString* result = nullptr;
+    if (n < 0) {
+        result = SlowFormat(s, format, again);
+    } else if (Grow(s, static_cast<OrvSizeT>(n))) {
+        const auto len = static_cast<OrvSizeT>(n);
+        std::memcpy(s->buf, local, len);
+        s->buf[len] = '\0';
+        s->size = len;
+        result = s;
+    }
+    va_end(again);
     va_end(args);
     return result;
 }
 
-OrvString* OrvStringAppendChar(OrvString* s, char c) { return Append(s, &c, 1); }
+OrvString* OrvStringAppendChar(OrvString* s, char c)
+{
+    if (s->size + 1 < s->capacity) {
+        s->buf[s->size++] = c;
+        s->buf[s->size] = '\0';
+        return s;
+    }
+    return Append(s, &c, 1);
+}
 
 OrvString* OrvStringAppendCStr(OrvString* s, const char* cstr) { return Append(s, cstr, std::strlen(cstr)); }
