@@ -50,7 +50,7 @@ void OrvLogDoFormatted_(OrvLogLevel level, OrvLogCategory category, const char* 
     char message[1024];
     va_list args;
     va_start(args, format);
-    int n = std::vsnprintf(message, sizeof message, format != nullptr ? format : "", args);
+    const int n = format != nullptr ? std::vsnprintf(message, sizeof message, format, args) : -1;
     va_end(args);
     if (n < 0) message[0] = '\0';
     s.sink(s.userData, level, category, file, line, function, message);
