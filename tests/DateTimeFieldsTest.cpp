@@ -220,14 +220,6 @@ TEST(DerivedFields, Examples)
     }
 }
 
-TEST(DayOfWeek, AcrossTheInstantRangeMatchesChrono)
-{
-    for (sys_days day = sys_days{1677y / September / 22}; day <= sys_days{2262y / April / 11}; day += days{97}) {
-        Value v(static_cast<OrvTime>(day.time_since_epoch().count()) * ORV_TIME_NANOSECONDS_PER_DAY, nullptr);
-        ASSERT_EQ(v.Get(ORV_DATETIMEFIELD_DayOfWeek), WeekdayOf(day)) << v.Text();
-    }
-}
-
 // ---------------------------------------------------------------------------------
 // Reading with a bad selector or a failing zone, and setting.
 

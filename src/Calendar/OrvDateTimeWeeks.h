@@ -14,13 +14,21 @@ namespace orv::detail {
 // int, so comparing it directly would let selectors from 2^31 up pass for small ones.
 constexpr OrvUint32 SelectorIndex(OrvDateTimeField f) { return static_cast<OrvUint32>(f); }
 
-// 0 (Sunday) .. 6 (Saturday). Day 0, 1970-01-01, is a Thursday.
+// 0 (Sunday) .. 6 (Saturday). Day 0, 1970-01-01, is a Thursday. The day count is
+// OrvDateTimeGetDaysSincePosixEpoch_'s, worked out inline: with the month already in
+// 1..12 there is nothing to carry.
 inline OrvInt OrvDateTimeCalculateDayOfWeek(const OrvDateTime* d)
 {
-    const OrvInt64 days = OrvDateTimeGetDaysSincePosixEpoch_(d);
+    const OrvInt64 days = cal::DaysFromCivil(d->year, d->month, d->monthDay);
     OrvInt64 wday = (days + 4) % 7; // [-6, 6]
     if (wday < 0) wday += 7;
     return static_cast<OrvInt>(wday);
+}
+
+// OrvDateTimeCalculateDayOfYear for in-range fields, inline: 1 .. 366.
+inline OrvInt DayOfYearInRange(const OrvDateTime* d)
+{
+    return cal::monthDays[cal::IsLeap(d->year)][d->month - 1] + d->monthDay;
 }
 
 // The week number of day dayInPeriod (1-based) of a month or year, given its weekday:
@@ -52,7 +60,7 @@ inline OrvInt OrvDateTimeCalculateWeekOfMonth(const OrvDateTime* d)
 inline OrvInt OrvDateTimeCalculateWeekOfYear(const OrvDateTime* d)
 {
     const OrvInt wday = OrvDateTimeCalculateDayOfWeek(d);
-    const OrvInt yday = OrvDateTimeCalculateDayOfYear(d); // [1, 366]
+    const OrvInt yday = DayOfYearInRange(d); // [1, 366]
     OrvInt week = OrvDateTimeCalculateWeekInPeriod(d, wday, yday);
     if (week == 0) {
         return OrvDateTimeCalculateWeekInPeriod(d, wday, yday + cal::YearLength(OrvInt64{d->year} - 1));
