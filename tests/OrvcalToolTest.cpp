@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <fstream>
@@ -27,7 +28,8 @@ std::string Quote(const std::string& arg)
 
 ToolRun Orvcal(const std::vector<std::string>& args)
 {
-    const std::string errPath = ::testing::TempDir() + "orvcal_stderr.txt";
+    // ctest runs test cases as parallel processes: one stderr file per process.
+    const std::string errPath = ::testing::TempDir() + "orvcal_stderr_" + std::to_string(getpid()) + ".txt";
     std::string command = Quote(ORVCAL_PATH);
     for (const std::string& a : args) command += " " + Quote(a);
     command += " 2>" + Quote(errPath);
@@ -42,6 +44,7 @@ ToolRun Orvcal(const std::vector<std::string>& args)
     std::stringstream ss;
     ss << err.rdbuf();
     run.err = ss.str();
+    std::remove(errPath.c_str());
     return run;
 }
 
