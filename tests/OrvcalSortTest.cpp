@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <fstream>
@@ -28,8 +29,10 @@ std::string Quote(const std::string& arg)
 // Runs orvcal sort with args, feeding `input` on stdin.
 ToolRun Sort(const std::vector<std::string>& args, const std::string& input)
 {
-    const std::string inPath = ::testing::TempDir() + "orvcal_sort_stdin.txt";
-    const std::string errPath = ::testing::TempDir() + "orvcal_sort_stderr.txt";
+    // One pair of files per test process: ctest runs the cases in parallel.
+    const std::string id = std::to_string(getpid());
+    const std::string inPath = ::testing::TempDir() + "orvcal_sort_stdin_" + id + ".txt";
+    const std::string errPath = ::testing::TempDir() + "orvcal_sort_stderr_" + id + ".txt";
     std::ofstream(inPath, std::ios::binary) << input;
     std::string command = Quote(ORVCAL_PATH) + " sort";
     for (const std::string& a : args) command += " " + Quote(a);
@@ -92,7 +95,7 @@ TEST(OrvcalSort, BadLinesAreReportedSkippedAndGiveStatus1)
 
 TEST(OrvcalSort, ReadsAFile)
 {
-    const std::string path = ::testing::TempDir() + "orvcal_sort_file.txt";
+    const std::string path = ::testing::TempDir() + "orvcal_sort_file_" + std::to_string(getpid()) + ".txt";
     std::ofstream(path) << "20240301T000000\n20240201T000000\n";
     const ToolRun r = Sort({path}, "19700101T000000\n"); // stdin is not read
     EXPECT_EQ(r.status, 0) << r.err;
