@@ -43,6 +43,12 @@ inline bool Normalize(const OrvDateTime* d)
     return IsConsistent(d) || OrvDateTimeNormalizeAndSetWall(const_cast<OrvDateTime*>(d));
 }
 
+// The global UTC zone's object: its offset is 0 for every instant and every reading,
+// so the module need not ask it.
+extern OrvTimezoneImpl* const gGlobalUtcImpl;
+
+inline bool IsGlobalUtc(const OrvTimezone* tz) { return tz->impl.ptr == gGlobalUtcImpl; }
+
 // Takes the zone for a new value: tz, or the global UTC zone and floating when tz is
 // null; Monday and 4 for the week settings.
 void TakeZone(OrvDateTime* d, const OrvTimezone* tz);

@@ -121,6 +121,11 @@ OrvBool OrvDateTimeNormalizeAndSetWall(OrvDateTime* d)
 {
     if (orv::detail::IsConsistent(d)) return ORV_TRUE;
     if (!d->normalized) OrvDateTimeNormalizeFields(d);
+    if (orv::detail::IsGlobalUtc(&d->tz)) {
+        // Both of the zone's answers are 0: the instant follows from the fields alone.
+        d->offset = 0;
+        return OrvDateTimeSetWallFromFields(d);
+    }
     if (d->offset == ORV_TIME_INVALID) {
         d->offset = OrvTimezoneGetOffsetFromFieldsInline(&d->tz, d->year, d->month, d->monthDay, d->hour, d->min,
                                                          d->sec, d->nanosec);

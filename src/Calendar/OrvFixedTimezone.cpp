@@ -2,6 +2,8 @@
 // static object, so copying it touches no counter).
 #include "Orv/Calendar/OrvFixedTimezone.h"
 
+#include "OrvDateTimeInternal.h"
+
 namespace {
 
 struct FixedZone {
@@ -24,6 +26,8 @@ FixedZone gUtcZone = {{&kFixedPlugIn}, 0};
 OrvTimezone gUtc = {{nullptr, &gUtcZone.base, nullptr, nullptr}};
 
 } // namespace
+
+OrvTimezoneImpl* const orv::detail::gGlobalUtcImpl = &gUtcZone.base;
 
 OrvTimezone* OrvFixedTimezoneGetUTC(void) { return &gUtc; }
 

@@ -18,16 +18,19 @@ std::string Synopsis(std::string_view verb, const Usage& usage)
     std::string s = "orvcal " + std::string(verb);
     const std::size_t required = usage.positionals.size() - usage.optionalPositionals;
     std::size_t i = 0;
-    for (const PositionalSpec& p : usage.positionals)
-        s += i++ < required ? " " + std::string(p.name) : " [" + std::string(p.name) + "]";
-    for (const OptionSpec& o : usage.options) s += " [" + OptionWithValue(o) + "]";
+    // Appends only: g++ 12 at -O3 misreads prepending to a temporary as overlapping copies.
+    for (const PositionalSpec& p : usage.positionals) {
+        const bool optional = i++ >= required;
+        s.append(optional ? " [" : " ").append(p.name).append(optional ? "]" : "");
+    }
+    for (const OptionSpec& o : usage.options) s.append(" [").append(OptionWithValue(o)).append("]");
     return s;
 }
 
 std::string OptionList(const Usage& usage)
 {
     std::string s;
-    for (const OptionSpec& o : usage.options) s += (s.empty() ? "" : ", ") + std::string(o.name);
+    for (const OptionSpec& o : usage.options) s.append(s.empty() ? "" : ", ").append(o.name);
     return s.empty() ? "--help" : s + " or --help";
 }
 
@@ -42,7 +45,8 @@ std::string Invocation::HelpText(std::string_view verb, std::string_view summary
 {
     std::string s = "usage: " + Synopsis(verb, usage) + "\n\n" + std::string(summary) + "\n";
     auto row = [&s](std::string_view left, std::string_view help) {
-        std::string cell = "  " + std::string(left);
+        std::string cell("  ");
+        cell.append(left);
         cell.resize(cell.size() < kLabelWidth ? kLabelWidth : cell.size() + 1, ' ');
         s += cell + std::string(help) + "\n";
     };
