@@ -3,7 +3,7 @@
 #ifndef ORV_SRC_CALENDAR_ORVDATETIMEELEMENT_HPP
 #define ORV_SRC_CALENDAR_ORVDATETIMEELEMENT_HPP
 
-#include "Orv/Calendar/OrvDateTime.h"
+#include "OrvDateTimeInternal.h"
 
 namespace orv::detail {
 
@@ -12,7 +12,7 @@ struct DateTimeElement {
     static OrvDateTime* ConstructCopy(OrvDateTime* d, const OrvDateTime* s) { return OrvDateTimeConstructCopy(d, s); }
     static OrvDateTime* Assign(OrvDateTime* d, const OrvDateTime* s) { return OrvDateTimeAssign(d, s); }
     static void Destruct(OrvDateTime* d) { OrvDateTimeDestruct(d); }
-    static bool Less(const OrvDateTime* a, const OrvDateTime* b) { return OrvDateTimeLess(a, b) != ORV_FALSE; }
+    static bool Less(const OrvDateTime* a, const OrvDateTime* b) { return orv::detail::Less(a, b); }
 };
 
 } // namespace orv::detail
