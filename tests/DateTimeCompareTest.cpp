@@ -237,7 +237,7 @@ TEST_F(CompareTest, ClockChangeZoneOrdersRepeatedHourByInstant)
 {
     zones_.emplace_back();
     OrvTimezone* dst = &zones_.back();
-    ASSERT_NE(orv::test::MakeTransitionZone(dst, orv::test::DstSpec(), alloc_.get()), nullptr);
+    ASSERT_NE(orv::test::MakeTransitionZone(dst, orv::test::DstRules(), alloc_.get()), nullptr);
     // 02:30 local occurs twice on 2024-10-27: first at +2 h (00:30Z), then at +1 h.
     values_.emplace_back();
     OrvDateTime* first = &values_.back();

@@ -335,10 +335,10 @@ TEST(AddToField, YearBeyondThirtyTwoBitsIsRefusedAndTheValueKept)
 
 TEST(AddToField, ZeroAndBadSelectors)
 {
-    orv::test::TransitionZoneSpec spec;
-    spec.failFields = true;
+    orv::test::TransitionZoneRules rules;
+    rules.failFields = true;
     OrvTimezone failing;
-    ASSERT_NE(orv::test::MakeTransitionZone(&failing, spec, OrvAllocatorGetDefault()), nullptr);
+    ASSERT_NE(orv::test::MakeTransitionZone(&failing, rules, OrvAllocatorGetDefault()), nullptr);
     {
         Value v(UtcInstant(2024, 5, 1), &failing); // built from an instant: asks getOffset only
         ASSERT_TRUE(OrvDateTimeSetField(v.get(), ORV_DATETIMEFIELD_Hour, 30)); // now needs the fields' offset
@@ -373,7 +373,7 @@ TEST(AddToField, ZeroAndBadSelectors)
 TEST(AddToField, ElapsedVersusWallClockAcrossClockChanges)
 {
     OrvTimezone dst;
-    ASSERT_NE(orv::test::MakeTransitionZone(&dst, orv::test::DstSpec(), OrvAllocatorGetDefault()), nullptr);
+    ASSERT_NE(orv::test::MakeTransitionZone(&dst, orv::test::DstRules(), OrvAllocatorGetDefault()), nullptr);
     struct Case {
         OrvTime start; // instant
         OrvDateTimeField field;

@@ -13,7 +13,7 @@ namespace {
 using orv::test::CountingAllocator;
 using orv::test::kHour;
 using orv::test::MakeTransitionZone;
-using orv::test::TransitionZoneSpec;
+using orv::test::TransitionZoneRules;
 
 struct Ymd {
     OrvInt year, month, day, hour, min, sec, nanos;
@@ -35,9 +35,9 @@ class LifecycleTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        TransitionZoneSpec spec;
-        spec.initialOffset = kHour;
-        ASSERT_NE(MakeTransitionZone(&zone_, spec, alloc_.get(), &deleterCalls_), nullptr);
+        TransitionZoneRules rules;
+        rules.initialOffset = kHour;
+        ASSERT_NE(MakeTransitionZone(&zone_, rules, alloc_.get(), &deleterCalls_), nullptr);
     }
     void TearDown() override
     {
@@ -108,12 +108,12 @@ TEST_F(LifecycleTest, FailedConstructionsGiveTheZoneReferenceBack)
     EXPECT_EQ(Uses(), 1);
 
     for (bool failFields : {true, false}) {
-        TransitionZoneSpec spec;
-        spec.failFields = failFields;
-        spec.failInstants = !failFields;
+        TransitionZoneRules rules;
+        rules.failFields = failFields;
+        rules.failInstants = !failFields;
         OrvTimezone broken;
         int calls = 0;
-        ASSERT_NE(MakeTransitionZone(&broken, spec, alloc_.get(), &calls), nullptr);
+        ASSERT_NE(MakeTransitionZone(&broken, rules, alloc_.get(), &calls), nullptr);
         EXPECT_EQ(OrvDateTimeConstructFields(&d, 2024, 5, 1, 0, 0, 0, 0, &broken), nullptr);
         EXPECT_EQ(OrvTimezoneGetUseCount(&broken), 1);
         if (!failFields) {

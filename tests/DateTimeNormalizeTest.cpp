@@ -16,7 +16,7 @@ using orv::test::CountingAllocator;
 using orv::test::kHour;
 using orv::test::LogCapture;
 using orv::test::MakeTransitionZone;
-using orv::test::TransitionZoneSpec;
+using orv::test::TransitionZoneRules;
 using orv::test::UtcInstant;
 
 struct Ymd {
@@ -36,9 +36,9 @@ struct Ymd {
 struct FixedZone {
     explicit FixedZone(OrvTime offset)
     {
-        TransitionZoneSpec spec;
-        spec.initialOffset = offset;
-        MakeTransitionZone(&tz, spec, alloc.get());
+        TransitionZoneRules rules;
+        rules.initialOffset = offset;
+        MakeTransitionZone(&tz, rules, alloc.get());
     }
     ~FixedZone() { OrvTimezoneDestruct(&tz); }
     CountingAllocator alloc;
@@ -191,7 +191,7 @@ TEST(DefaultLogSink, DropsInfoLinesAndPrintsErrors)
 
 class ClockChangeTest : public ::testing::Test {
 protected:
-    void SetUp() override { ASSERT_NE(MakeTransitionZone(&dst_, orv::test::DstSpec(), alloc_.get()), nullptr); }
+    void SetUp() override { ASSERT_NE(MakeTransitionZone(&dst_, orv::test::DstRules(), alloc_.get()), nullptr); }
     void TearDown() override
     {
         OrvTimezoneDestruct(&dst_);
@@ -250,12 +250,12 @@ TEST(NormalizeAndSetWall, StatesWhenTheZoneHasNoAnswer)
 {
     CountingAllocator alloc;
     for (bool failFields : {true, false}) {
-        TransitionZoneSpec spec;
-        spec.initialOffset = kHour;
-        spec.failFields = failFields;
-        spec.failInstants = !failFields;
+        TransitionZoneRules rules;
+        rules.initialOffset = kHour;
+        rules.failFields = failFields;
+        rules.failInstants = !failFields;
         OrvTimezone zone;
-        ASSERT_NE(MakeTransitionZone(&zone, spec, alloc.get()), nullptr);
+        ASSERT_NE(MakeTransitionZone(&zone, rules, alloc.get()), nullptr);
 
         OrvDateTime d;
         OrvDateTimeConstructDefault(&d);
@@ -285,11 +285,11 @@ TEST(NormalizeAndSetWall, StatesWhenTheZoneHasNoAnswer)
 TEST(NormalizeAndSetWall, ConsistentValueIsLeftAloneAndTheZoneNotAsked)
 {
     CountingAllocator alloc;
-    TransitionZoneSpec spec;
-    spec.failFields = true;
-    spec.failInstants = true;
+    TransitionZoneRules rules;
+    rules.failFields = true;
+    rules.failInstants = true;
     OrvTimezone zone;
-    ASSERT_NE(MakeTransitionZone(&zone, spec, alloc.get()), nullptr);
+    ASSERT_NE(MakeTransitionZone(&zone, rules, alloc.get()), nullptr);
     OrvDateTime d;
     OrvDateTimeConstructDefault(&d);
     OrvTimezoneAssign(&d.tz, &zone);
@@ -304,7 +304,7 @@ TEST(NormalizeAndSetWall, RealOffsetIsKeptSoTimeAdditionsMoveTheInstantExactly)
 {
     CountingAllocator alloc;
     OrvTimezone dst;
-    ASSERT_NE(MakeTransitionZone(&dst, orv::test::DstSpec(), alloc.get()), nullptr);
+    ASSERT_NE(MakeTransitionZone(&dst, orv::test::DstRules(), alloc.get()), nullptr);
     OrvDateTime d;
     ASSERT_NE(OrvDateTimeConstructFields(&d, 2024, 3, 31, 1, 30, 0, 0, &dst), nullptr);
     const OrvTime start = d.wallTime;

@@ -25,10 +25,10 @@ TEST(Ranges, GeneralBoundsForEverySelector)
     };
     // The general bounds do not read the value: pending fields and a zone without
     // offsets change nothing.
-    orv::test::TransitionZoneSpec spec;
-    spec.failFields = true;
+    orv::test::TransitionZoneRules rules;
+    rules.failFields = true;
     OrvTimezone failing;
-    ASSERT_NE(orv::test::MakeTransitionZone(&failing, spec, OrvAllocatorGetDefault()), nullptr);
+    ASSERT_NE(orv::test::MakeTransitionZone(&failing, rules, OrvAllocatorGetDefault()), nullptr);
     OrvDateTime v;
     ASSERT_NE(OrvDateTimeConstruct(&v, 0, &failing), nullptr);
     ASSERT_TRUE(OrvDateTimeSetField(&v, ORV_DATETIMEFIELD_Month, 40));

@@ -16,11 +16,11 @@
 namespace {
 
 using orv::test::CountingAllocator;
-using orv::test::DstSpec;
+using orv::test::DstRules;
 using orv::test::kHour;
 using orv::test::LogCapture;
 using orv::test::MakeTransitionZone;
-using orv::test::TransitionZoneSpec;
+using orv::test::TransitionZoneRules;
 using orv::test::UtcInstant;
 
 // Counted zones from a test allocator: +1 h, the clock-change zone, and zones with no
@@ -28,11 +28,11 @@ using orv::test::UtcInstant;
 struct Zones {
     Zones()
     {
-        TransitionZoneSpec plusOne;
+        TransitionZoneRules plusOne;
         plusOne.initialOffset = kHour;
         MakeTransitionZone(&plusOneHour, plusOne, alloc.get());
-        MakeTransitionZone(&dst, DstSpec(), alloc.get());
-        TransitionZoneSpec broken;
+        MakeTransitionZone(&dst, DstRules(), alloc.get());
+        TransitionZoneRules broken;
         broken.failFields = true;
         MakeTransitionZone(&noAnswer, broken, alloc.get());
     }

@@ -31,8 +31,8 @@ protected:
 
     ZoneTest()
     {
-        const orv::test::TransitionZoneSpec specs[kKinds] = {
-            orv::test::DstSpec(), {2 * kHour, {}, false, false}, {-4 * kHour, {}, false, false},
+        const orv::test::TransitionZoneRules specs[kKinds] = {
+            orv::test::DstRules(), {2 * kHour, {}, false, false}, {-4 * kHour, {}, false, false},
             {kHour, {}, true, false}, {kHour, {}, false, true}, {0, {}, false, false},
         };
         for (int k = 0; k < kKinds; ++k) {

@@ -268,7 +268,7 @@ TEST_F(IntSet, InsertWithFailingElementCopy)
 // the zone must be back to the one reference held here.
 class CountedZone {
 public:
-    CountedZone() { orv::test::MakeTransitionZone(&zone_, orv::test::DstSpec(), alloc_.get()); }
+    CountedZone() { orv::test::MakeTransitionZone(&zone_, orv::test::DstRules(), alloc_.get()); }
     ~CountedZone()
     {
         EXPECT_EQ(OrvTimezoneGetUseCount(&zone_), 1) << "zone references leaked";

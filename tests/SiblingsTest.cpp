@@ -73,8 +73,8 @@ TEST(TimezoneHandle, ConstructLeavesTheObjectToTheCallerOnFailure)
     alloc.failAll(true);
     OrvTimezone tz;
     int deleted = 0;
-    orv::test::TransitionZoneSpec spec;
-    EXPECT_EQ(orv::test::MakeTransitionZone(&tz, spec, alloc.get(), &deleted), nullptr);
+    orv::test::TransitionZoneRules rules;
+    EXPECT_EQ(orv::test::MakeTransitionZone(&tz, rules, alloc.get(), &deleted), nullptr);
     EXPECT_EQ(deleted, 0); // the object was never handed over, so no deleter ran
 }
 
@@ -83,9 +83,9 @@ TEST(TimezoneHandle, AssignAndSwapMoveCountsOnlyWhenBlocksDiffer)
     CountingAllocator alloc;
     int deletedA = 0, deletedB = 0;
     OrvTimezone a, b;
-    orv::test::TransitionZoneSpec spec;
-    ASSERT_NE(orv::test::MakeTransitionZone(&a, spec, alloc.get(), &deletedA), nullptr);
-    ASSERT_NE(orv::test::MakeTransitionZone(&b, spec, alloc.get(), &deletedB), nullptr);
+    orv::test::TransitionZoneRules rules;
+    ASSERT_NE(orv::test::MakeTransitionZone(&a, rules, alloc.get(), &deletedA), nullptr);
+    ASSERT_NE(orv::test::MakeTransitionZone(&b, rules, alloc.get(), &deletedB), nullptr);
 
     OrvTimezone x;
     OrvTimezoneConstructCopy(&x, &a);
@@ -116,8 +116,8 @@ TEST(TimezoneHandle, CountsStayExactAcrossThreads)
     CountingAllocator alloc;
     int deleted = 0;
     OrvTimezone zone;
-    orv::test::TransitionZoneSpec spec;
-    ASSERT_NE(orv::test::MakeTransitionZone(&zone, spec, alloc.get(), &deleted), nullptr);
+    orv::test::TransitionZoneRules rules;
+    ASSERT_NE(orv::test::MakeTransitionZone(&zone, rules, alloc.get(), &deleted), nullptr);
     std::vector<std::thread> threads;
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&zone] {

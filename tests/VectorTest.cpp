@@ -374,7 +374,7 @@ TEST(VectorZoneReferences, OneReferencePerElementThroughCopiesAndReallocation)
 {
     CountingAllocator za;
     OrvTimezone zone;
-    ASSERT_NE(orv::test::MakeTransitionZone(&zone, orv::test::DstSpec(), za.get()), nullptr);
+    ASSERT_NE(orv::test::MakeTransitionZone(&zone, orv::test::DstRules(), za.get()), nullptr);
     OrvDateTime d;
     ASSERT_NE(OrvDateTimeConstruct(&d, 0, &zone), nullptr);
     const OrvInt base = OrvTimezoneGetUseCount(&zone);

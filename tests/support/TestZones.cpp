@@ -10,16 +10,16 @@ namespace {
 
 struct TransitionZone {
     OrvTimezoneImpl base;
-    TransitionZoneSpec spec;
+    TransitionZoneRules rules;
     int* deleterCalls;
 };
 
 TransitionZone* Self(OrvTimezoneImpl* impl) { return reinterpret_cast<TransitionZone*>(impl); }
 
-OrvTime OffsetAt(const TransitionZoneSpec& spec, OrvTime t)
+OrvTime OffsetAt(const TransitionZoneRules& rules, OrvTime t)
 {
-    OrvTime offset = spec.initialOffset;
-    for (const Transition& tr : spec.transitions) {
+    OrvTime offset = rules.initialOffset;
+    for (const Transition& tr : rules.transitions) {
         if (t < tr.at) break;
         offset = tr.offset;
     }
@@ -28,26 +28,26 @@ OrvTime OffsetAt(const TransitionZoneSpec& spec, OrvTime t)
 
 OrvTime GetOffset(OrvTimezoneImpl* impl, OrvTime t)
 {
-    const TransitionZoneSpec& spec = Self(impl)->spec;
-    return spec.failInstants ? ORV_TIME_INVALID : OffsetAt(spec, t);
+    const TransitionZoneRules& rules = Self(impl)->rules;
+    return rules.failInstants ? ORV_TIME_INVALID : OffsetAt(rules, t);
 }
 
 OrvTime GetOffsetFromFields(OrvTimezoneImpl* impl, OrvInt y, OrvInt mo, OrvInt d, OrvInt h, OrvInt mi, OrvInt s,
                             OrvTime ns)
 {
-    const TransitionZoneSpec& spec = Self(impl)->spec;
-    if (spec.failFields) return ORV_TIME_INVALID;
+    const TransitionZoneRules& rules = Self(impl)->rules;
+    if (rules.failFields) return ORV_TIME_INVALID;
     const OrvTime local = UtcInstant(y, mo, d, h, mi, s, ns);
     // Segment i holds offset o_i on [start_i, end_i).
-    const std::size_t n = spec.transitions.size();
+    const std::size_t n = rules.transitions.size();
     for (std::size_t i = 0; i <= n; ++i) {
-        const OrvTime o = i == 0 ? spec.initialOffset : spec.transitions[i - 1].offset;
+        const OrvTime o = i == 0 ? rules.initialOffset : rules.transitions[i - 1].offset;
         const bool hasEnd = i < n;
         OrvTime u;
         if (__builtin_sub_overflow(local, o, &u)) u = local < 0 ? INT64_MIN : INT64_MAX;
-        if (hasEnd && u >= spec.transitions[i].at) continue;
-        if (i == 0 || u >= spec.transitions[i - 1].at) return o;                    // first occurrence
-        return i == 1 ? spec.initialOffset : spec.transitions[i - 2].offset;        // skipped: offset before
+        if (hasEnd && u >= rules.transitions[i].at) continue;
+        if (i == 0 || u >= rules.transitions[i - 1].at) return o;                    // first occurrence
+        return i == 1 ? rules.initialOffset : rules.transitions[i - 2].offset;        // skipped: offset before
     }
     return ORV_TIME_INVALID; // unreachable
 }
@@ -63,9 +63,9 @@ void Delete(OrvVoidPtr obj, OrvAllocator*)
 
 } // namespace
 
-OrvTimezone* MakeTransitionZone(OrvTimezone* tz, const TransitionZoneSpec& spec, OrvAllocator* a, int* deleterCalls)
+OrvTimezone* MakeTransitionZone(OrvTimezone* tz, const TransitionZoneRules& rules, OrvAllocator* a, int* deleterCalls)
 {
-    auto* zone = new TransitionZone{{&kPlugIn}, spec, deleterCalls};
+    auto* zone = new TransitionZone{{&kPlugIn}, rules, deleterCalls};
     if (OrvTimezoneConstruct(tz, &zone->base, a, Delete) == nullptr) {
         delete zone;
         return nullptr;
@@ -73,7 +73,7 @@ OrvTimezone* MakeTransitionZone(OrvTimezone* tz, const TransitionZoneSpec& spec,
     return tz;
 }
 
-TransitionZoneSpec DstSpec()
+TransitionZoneRules DstRules()
 {
     return {kHour, {{UtcInstant(2024, 3, 31, 1), 2 * kHour}, {UtcInstant(2024, 10, 27, 1), kHour}}, false, false};
 }

@@ -21,7 +21,7 @@ struct Transition {
     OrvTime offset; // offset from `at` on
 };
 
-struct TransitionZoneSpec {
+struct TransitionZoneRules {
     OrvTime initialOffset = 0;
     std::vector<Transition> transitions; // ascending
     bool failFields = false;   // getOffsetFromFields answers ORV_TIME_INVALID
@@ -31,12 +31,12 @@ struct TransitionZoneSpec {
 // Builds a counted zone whose object comes from `a` (new, for the C++ parts) and
 // whose count block comes from `a`. deleterCalls, if given, counts deleter runs.
 // Returns tz, or null when the allocator fails (nothing leaked).
-OrvTimezone* MakeTransitionZone(OrvTimezone* tz, const TransitionZoneSpec& spec, OrvAllocator* a,
+OrvTimezone* MakeTransitionZone(OrvTimezone* tz, const TransitionZoneRules& rules, OrvAllocator* a,
                                 int* deleterCalls = nullptr);
 
 // A zone at +1 h that moves to +2 h at 2024-03-31T01:00Z (local 02:00 -> 03:00,
 // 02:xx skipped) and back at 2024-10-27T01:00Z (local 03:00 -> 02:00, 02:xx repeated).
-TransitionZoneSpec DstSpec();
+TransitionZoneRules DstRules();
 
 // Instant of a UTC reading (test helper, no zone involved).
 OrvTime UtcInstant(int y, int mo, int d, int h = 0, int mi = 0, int s = 0, OrvTime ns = 0);

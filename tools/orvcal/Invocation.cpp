@@ -83,15 +83,15 @@ bool Invocation::Read(const Usage& usage)
         }
         const std::size_t eq = a.find('=');
         const std::string_view name = a.substr(0, eq);
-        const OptionSpec* spec = nullptr;
+        const OptionSpec* option = nullptr;
         for (const OptionSpec& o : usage.options)
-            if (name == o.name) spec = &o;
-        if (spec == nullptr) {
+            if (name == o.name) option = &o;
+        if (option == nullptr) {
             RefuseUsage("unknown option '" + std::string(name) + "' (expected " + OptionList(usage) + ")");
             return false;
         }
         std::string_view value;
-        if (spec->value == nullptr) {
+        if (option->value == nullptr) {
             if (eq != std::string_view::npos) {
                 RefuseUsage(std::string(name) + " takes no value");
                 return false;
@@ -101,7 +101,7 @@ bool Invocation::Read(const Usage& usage)
         } else if (i + 1 < args_.size()) {
             value = args_[++i];
         } else {
-            RefuseUsage(std::string(name) + " needs a value " + spec->value + " (expected " + spec->help + ")");
+            RefuseUsage(std::string(name) + " needs a value " + option->value + " (expected " + option->help + ")");
             return false;
         }
         if (!options_.emplace(name, value).second) {
