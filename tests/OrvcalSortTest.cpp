@@ -1,54 +1,27 @@
 // Drives `orvcal sort` as a process: input on stdin or in a file, output, stderr and
 // exit status.
+#include "support/ToolRun.h"
+
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <fstream>
-#include <sstream>
+
+#include <unistd.h>
 #include <string>
 #include <vector>
 
 namespace {
 
-struct ToolRun {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string Quote(const std::string& arg)
-{
-    std::string q = "'";
-    for (char c : arg) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return q + "'";
-}
+using orv::test::ToolRun;
 
 // Runs orvcal sort with args, feeding `input` on stdin.
 ToolRun Sort(const std::vector<std::string>& args, const std::string& input)
 {
-    // One pair of files per test process: ctest runs the cases in parallel.
-    const std::string id = std::to_string(getpid());
-    const std::string inPath = ::testing::TempDir() + "orvcal_sort_stdin_" + id + ".txt";
-    const std::string errPath = ::testing::TempDir() + "orvcal_sort_stderr_" + id + ".txt";
-    std::ofstream(inPath, std::ios::binary) << input;
-    std::string command = Quote(ORVCAL_PATH) + " sort";
-    for (const std::string& a : args) command += " " + Quote(a);
-    command += " <" + Quote(inPath) + " 2>" + Quote(errPath);
-    ToolRun run;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return run;
-    char buf[4096];
-    for (std::size_t n; (n = std::fread(buf, 1, sizeof buf, pipe)) != 0;) run.out.append(buf, n);
-    const int raw = pclose(pipe);
-    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    std::ifstream err(errPath);
-    std::stringstream ss;
-    ss << err.rdbuf();
-    run.err = ss.str();
-    return run;
+    std::vector<std::string> all{"sort"};
+    all.insert(all.end(), args.begin(), args.end());
+    return orv::test::RunTool(ORVCAL_PATH, all, input);
 }
 
 TEST(OrvcalSort, OrdersAndDropsEqualInstants)

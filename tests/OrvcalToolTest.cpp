@@ -1,59 +1,20 @@
 // Drives the orvcal binary as a process: what it writes to stdout and stderr and the
 // exit status, for good input, bad input and --help.
+#include "support/ToolRun.h"
+
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 namespace {
 
-struct ToolRun {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
+using orv::test::Join;
+using orv::test::ToolRun;
 
-std::string Quote(const std::string& arg)
-{
-    std::string q = "'";
-    for (char c : arg) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return q + "'";
-}
-
-ToolRun Orvcal(const std::vector<std::string>& args)
-{
-    // ctest runs test cases as parallel processes: one stderr file per process.
-    const std::string errPath = ::testing::TempDir() + "orvcal_stderr_" + std::to_string(getpid()) + ".txt";
-    std::string command = Quote(ORVCAL_PATH);
-    for (const std::string& a : args) command += " " + Quote(a);
-    command += " 2>" + Quote(errPath);
-    ToolRun run;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return run;
-    char buf[4096];
-    for (std::size_t n; (n = std::fread(buf, 1, sizeof buf, pipe)) != 0;) run.out.append(buf, n);
-    const int raw = pclose(pipe);
-    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    std::ifstream err(errPath);
-    std::stringstream ss;
-    ss << err.rdbuf();
-    run.err = ss.str();
-    std::remove(errPath.c_str());
-    return run;
-}
-
-std::string Join(const std::vector<std::string>& args)
-{
-    std::string s;
-    for (const std::string& a : args) s += " " + a;
-    return s;
-}
+ToolRun Orvcal(const std::vector<std::string>& args) { return orv::test::RunTool(ORVCAL_PATH, args); }
 
 // Verbs that succeed and write exactly one line.
 TEST(Orvcal, OneLineResults)

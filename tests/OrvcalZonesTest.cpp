@@ -1,61 +1,25 @@
 // orvcal with zones of the system database: --zone ids and local, and the zones verb,
 // driven as a process (status, stdout, stderr).
+#include "support/ToolRun.h"
+
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 namespace {
 
-struct ToolRun {
-    int status = -1;
-    std::string out;
-    std::string err;
-};
+using orv::test::Join;
+using orv::test::ToolRun;
 
-std::string Quote(const std::string& arg)
-{
-    std::string q = "'";
-    for (char c : arg) q += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return q + "'";
-}
-
-// Runs orvcal with args; env is a list of NAME=value put in front of the command.
+// Runs orvcal with args; env holds NAME=value settings for it.
 ToolRun Orvcal(const std::vector<std::string>& args, const std::vector<std::string>& env = {})
 {
-    const std::string errPath = ::testing::TempDir() + "orvcal_zones_stderr.txt";
-    std::string command = "env";
-    for (const std::string& e : env) command += " " + Quote(e);
-    command += " " + Quote(ORVCAL_PATH);
-    for (const std::string& a : args) command += " " + Quote(a);
-    command += " 2>" + Quote(errPath);
-    ToolRun run;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return run;
-    char buf[4096];
-    for (std::size_t n; (n = std::fread(buf, 1, sizeof buf, pipe)) != 0;) run.out.append(buf, n);
-    const int raw = pclose(pipe);
-    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    std::ifstream err(errPath);
-    std::stringstream ss;
-    ss << err.rdbuf();
-    run.err = ss.str();
-    return run;
-}
-
-std::string Join(const std::vector<std::string>& args)
-{
-    std::string s;
-    for (const std::string& a : args) s += " " + a;
-    return s;
+    return orv::test::RunTool(ORVCAL_PATH, args, {}, env);
 }
 
 bool HaveDatabase()

@@ -2,7 +2,6 @@
 // zones, the allocator, the string, the C-library wrappers and the log sink.
 #include "Orv/Calendar/OrvFixedTimezone.h"
 #include "Orv/Os/OrvLog.h"
-#include "Orv/Utils/OrvCLib.h"
 #include "Orv/Utils/OrvString.h"
 #include "support/CountingAllocator.h"
 #include "support/LogCapture.h"
@@ -11,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -146,40 +146,6 @@ TEST(Allocator, DefaultRefusesZeroAndOversizedRequests)
     OrvAllocatorDeallocate(a, p, 24);
 }
 
-TEST(String, BuildsAndFormatsLikePrintf)
-{
-    CountingAllocator alloc;
-    OrvString s;
-    ASSERT_EQ(OrvStringConstruct(&s, alloc.get()), &s);
-    EXPECT_STREQ(OrvStringCStr(&s), "");
-    EXPECT_EQ(OrvStringLength(&s), 0u);
-    ASSERT_NE(OrvStringAssignFormatted(&s, "%04d%02d%02dT%02d%02d%02d", 999, 5, 1, 9, 30, 0), nullptr);
-    EXPECT_STREQ(OrvStringCStr(&s), "09990501T093000");
-    ASSERT_NE(OrvStringAppendChar(&s, 'Z'), nullptr);
-    ASSERT_NE(OrvStringAppendCStr(&s, " and more text than the first buffer holds"), nullptr);
-    EXPECT_STREQ(OrvStringCStr(&s), "09990501T093000Z and more text than the first buffer holds");
-    EXPECT_EQ(OrvStringLength(&s), std::strlen(OrvStringCStr(&s)));
-
-    struct Case {
-        const char* expected;
-        OrvString* (*format)(OrvString*);
-    };
-    const Case cases[] = {
-        {"-001|  -1|-1  |2147483647|-2147483648", [](OrvString* t) { return OrvStringAssignFormatted(t, "%04d|%4d|%-4d|%d|%d", -1, -1, -1, 2147483647, -2147483647 - 1); }},
-        {"-9223372036854775808 18446744073709551615", [](OrvString* t) { return OrvStringAssignFormatted(t, "%lld %llu", -9223372036854775807LL - 1, 18446744073709551615ULL); }},
-        {"[  ab][x]%", [](OrvString* t) { return OrvStringAssignFormatted(t, "[%4s][%c]%%", "ab", 'x'); }},
-        {"0x1f 3.50", [](OrvString* t) { return OrvStringAssignFormatted(t, "%#x %.2f", 31, 3.5); }}, // vsnprintf path
-    };
-    for (const Case& c : cases) {
-        ASSERT_NE(c.format(&s), nullptr);
-        EXPECT_STREQ(OrvStringCStr(&s), c.expected);
-        EXPECT_EQ(OrvStringLength(&s), std::strlen(c.expected));
-    }
-    OrvStringDestruct(&s);
-    EXPECT_EQ(alloc.liveBlocks(), 0u);
-    EXPECT_EQ(alloc.badDeallocations(), 0u);
-}
-
 TEST(String, FailedAllocationLeavesTheContent)
 {
     CountingAllocator alloc;
@@ -199,22 +165,6 @@ TEST(String, FailedAllocationLeavesTheContent)
     EXPECT_EQ(alloc.liveBlocks(), 0u);
     EXPECT_EQ(OrvStringConstruct(nullptr, alloc.get()), nullptr);
     EXPECT_EQ(OrvStringConstruct(&s, nullptr), nullptr);
-}
-
-TEST(CLib, BoundedCopyAndCaseInsensitiveCompare)
-{
-    char buf[5];
-    EXPECT_EQ(OrvStrLCpy(buf, "2024", sizeof buf), 4u);
-    EXPECT_STREQ(buf, "2024");
-    EXPECT_EQ(OrvStrLCpy(buf, "20240501", sizeof buf), 8u);
-    EXPECT_STREQ(buf, "2024");
-    EXPECT_EQ(OrvStrLCpy(buf, "20", 3), 2u);
-    EXPECT_STREQ(buf, "20");
-    EXPECT_EQ(OrvStrLen("T093000Z"), 8u);
-    EXPECT_EQ(OrvStrCaseCmp("sU", "SU"), 0);
-    EXPECT_LT(OrvStrCaseCmp("MO", "MON"), 0);
-    EXPECT_GT(OrvStrCaseCmp("tu", "SU"), 0);
-    EXPECT_NE(OrvStrCaseCmp("", "SU"), 0);
 }
 
 TEST(Log, SinkReceivesFormattedLinesUntilReset)
