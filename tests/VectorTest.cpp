@@ -55,50 +55,67 @@ void Make(OrvVector_OrvDateTime* v, OrvAllocator* a, int size, OrvSizeT capacity
     ASSERT_EQ(OrvVector_OrvDateTimeCapacity(v), capacity);
 }
 
+// Every block went back, each with the size it was obtained with.
+void ExpectAllReturned(const CountingAllocator& a)
+{
+    EXPECT_EQ(a.liveBlocks(), 0u);
+    EXPECT_EQ(a.badDeallocations(), 0u);
+}
+
+using V = OrvVector_OrvDateTime*;
+using Op = std::function<bool(V, const Values&)>; // true on success
+
 // --- growth policy --------------------------------------------------------------
 
 struct GrowthCase {
     const char* name;
     int size;
     OrvSizeT capacity;
-    std::function<bool(OrvVector_OrvDateTime*, const Values&)> op;
+    Op op;
     OrvSizeT wantCapacity; // the one block obtained, if it grew
     OrvSizeT wantSize;
 };
 
+// The operations of the growth and allocation-failure tables, the value inserted being 9.
+Op PushBack() { return [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]) != 0; }; }
+Op Insert(int pos)
+{
+    return [=](V v, const Values& x) { return OrvVector_OrvDateTimeInsert(v, v->begin + pos, x[9]) != nullptr; };
+}
+Op InsertN(int pos, OrvSizeT n)
+{
+    return [=](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->begin + pos, n, x[9]) != 0; };
+}
+Op InsertRange(int pos, int first, int last)
+{
+    return [=](V v, const Values& x) { return OrvVector_OrvDateTimeInsertRange(v, v->begin + pos, x[first], x[last]) != 0; };
+}
+Op Reserve(OrvSizeT n) { return [=](V v, const Values&) { return OrvVector_OrvDateTimeReserve(v, n) != 0; }; }
+Op Resize(OrvSizeT n) { return [=](V v, const Values& x) { return OrvVector_OrvDateTimeResize(v, n, x[9]) != 0; }; }
+
 TEST(VectorGrowth, CapacityAfterEveryGrowthPath)
 {
-    using V = OrvVector_OrvDateTime*;
     const std::vector<GrowthCase> cases = {
-        {"PushBack into no storage", 0, 0, [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]); }, 2, 1},
-        {"PushBack, 3rd element", 2, 2, [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]); }, 4, 3},
-        {"PushBack, 5th element", 4, 4, [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]); }, 8, 5},
-        {"PushBack, 9th element", 8, 8, [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]); }, 16, 9},
-        {"PushBack with room", 1, 2, [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]); }, 2, 2},
-        {"Insert into full 3", 3, 3,
-         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsert(v, v->begin + 1, x[9]) != nullptr; }, 6, 4},
-        {"Insert into no storage", 0, 0,
-         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsert(v, v->begin, x[9]) != nullptr; }, 2, 1},
-        {"InsertN 5 into no storage", 0, 0,
-         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->begin, 5, x[9]); }, 10, 5},
-        {"InsertN 3 into 4 of 4", 4, 4,
-         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->begin + 2, 3, x[9]); }, 8, 7},
-        {"InsertN 10 into 4 of 4", 4, 4,
-         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->end, 10, x[9]); }, 14, 14},
-        {"InsertN 3 into 2 of 8 (room)", 2, 8,
-         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->begin, 3, x[9]); }, 8, 5},
-        {"InsertN 0 into no storage", 0, 0,
-         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->begin, 0, x[9]); }, 0, 0},
-        {"InsertRange 3 into 4 of 4", 4, 4,
-         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertRange(v, v->begin, x[5], x[8]); }, 8, 7},
-        {"InsertRange 5 into no storage", 0, 0,
-         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertRange(v, v->begin, x[5], x[10]); }, 10, 5},
-        {"Reserve 5 on no storage", 0, 0, [](V v, const Values&) { return OrvVector_OrvDateTimeReserve(v, 5); }, 5, 0},
-        {"Reserve 0 on no storage", 0, 0, [](V v, const Values&) { return OrvVector_OrvDateTimeReserve(v, 0); }, 0, 0},
-        {"Reserve below Capacity", 2, 8, [](V v, const Values&) { return OrvVector_OrvDateTimeReserve(v, 3); }, 8, 2},
-        {"Resize 3 of 4 to 5", 3, 4, [](V v, const Values& x) { return OrvVector_OrvDateTimeResize(v, 5, x[9]); }, 8, 5},
-        {"Resize 3 of 10 to 5", 3, 10, [](V v, const Values& x) { return OrvVector_OrvDateTimeResize(v, 5, x[9]); }, 10, 5},
-        {"Resize 3 of 4 to 1", 3, 4, [](V v, const Values& x) { return OrvVector_OrvDateTimeResize(v, 1, x[9]); }, 4, 1},
+        {"PushBack into no storage", 0, 0, PushBack(), 2, 1},
+        {"PushBack, 3rd element", 2, 2, PushBack(), 4, 3},
+        {"PushBack, 5th element", 4, 4, PushBack(), 8, 5},
+        {"PushBack, 9th element", 8, 8, PushBack(), 16, 9},
+        {"PushBack with room", 1, 2, PushBack(), 2, 2},
+        {"Insert into full 3", 3, 3, Insert(1), 6, 4},
+        {"Insert into no storage", 0, 0, Insert(0), 2, 1},
+        {"InsertN 5 into no storage", 0, 0, InsertN(0, 5), 10, 5},
+        {"InsertN 3 into 4 of 4", 4, 4, InsertN(2, 3), 8, 7},
+        {"InsertN 10 into 4 of 4", 4, 4, InsertN(4, 10), 14, 14},
+        {"InsertN 3 into 2 of 8 (room)", 2, 8, InsertN(0, 3), 8, 5},
+        {"InsertN 0 into no storage", 0, 0, InsertN(0, 0), 0, 0},
+        {"InsertRange 3 into 4 of 4", 4, 4, InsertRange(0, 5, 8), 8, 7},
+        {"InsertRange 5 into no storage", 0, 0, InsertRange(0, 5, 10), 10, 5},
+        {"Reserve 5 on no storage", 0, 0, Reserve(5), 5, 0},
+        {"Reserve 0 on no storage", 0, 0, Reserve(0), 0, 0},
+        {"Reserve below Capacity", 2, 8, Reserve(3), 8, 2},
+        {"Resize 3 of 4 to 5", 3, 4, Resize(5), 8, 5},
+        {"Resize 3 of 10 to 5", 3, 10, Resize(5), 10, 5},
+        {"Resize 3 of 4 to 1", 3, 4, Resize(1), 4, 1},
         {"Clear keeps the block", 3, 4, [](V v, const Values&) { OrvVector_OrvDateTimeClear(v); return true; }, 4, 0},
     };
     for (const GrowthCase& c : cases) {
@@ -120,8 +137,7 @@ TEST(VectorGrowth, CapacityAfterEveryGrowthPath)
             EXPECT_EQ(a.deallocatedSizes().back(), c.capacity * kSlot);
         }
         OrvVector_OrvDateTimeDestruct(&v);
-        EXPECT_EQ(a.liveBlocks(), 0u);
-        EXPECT_EQ(a.badDeallocations(), 0u);
+        ExpectAllReturned(a);
     }
 }
 
@@ -167,8 +183,8 @@ TEST(VectorGrowth, ConstructorsAndAssignTakeExactCounts)
     EXPECT_EQ(Seconds(&big), (std::vector<OrvTime>{0, 1, 2, 3, 4}));
 
     for (auto* x : {&src, &copy, &five, &small, &big}) OrvVector_OrvDateTimeDestruct(x);
-    EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
-    EXPECT_EQ(a.badDeallocations() + b.badDeallocations(), 0u);
+    ExpectAllReturned(a);
+    ExpectAllReturned(b);
 }
 
 TEST(VectorGrowth, MaxSizeIsFixedAndLargerRequestsFailWithoutAllocating)
@@ -190,25 +206,17 @@ TEST(VectorGrowth, MaxSizeIsFixedAndLargerRequestsFailWithoutAllocating)
 // --- allocation failure ----------------------------------------------------------
 
 // Each operation obtains exactly one block. With that allocation failing it must give
-// its failure result, leave the vector as it was and leak nothing; with it succeeding,
-// it must succeed.
+// its failure result and leave the vector as it was; either way nothing leaks.
 TEST(VectorAllocationFailure, EveryAllocatingOperationFailsCleanly)
 {
-    using V = OrvVector_OrvDateTime*;
     struct Case {
         const char* name;
-        int size;
-        OrvSizeT capacity;
-        std::function<bool(V, const Values&)> op; // true on success
+        OrvSizeT capacity; // holding 2 values
+        Op op;
     };
     const std::vector<Case> cases = {
-        {"PushBack", 2, 2, [](V v, const Values& x) { return OrvVector_OrvDateTimePushBack(v, x[9]) != 0; }},
-        {"Insert", 2, 2, [](V v, const Values& x) { return OrvVector_OrvDateTimeInsert(v, v->begin, x[9]) != nullptr; }},
-        {"InsertN", 2, 2, [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertN(v, v->begin + 1, 2, x[9]) != 0; }},
-        {"InsertRange", 2, 3,
-         [](V v, const Values& x) { return OrvVector_OrvDateTimeInsertRange(v, v->end, x[5], x[9]) != 0; }},
-        {"Reserve", 2, 2, [](V v, const Values&) { return OrvVector_OrvDateTimeReserve(v, 3) != 0; }},
-        {"Resize", 2, 3, [](V v, const Values& x) { return OrvVector_OrvDateTimeResize(v, 4, x[9]) != 0; }},
+        {"PushBack", 2, PushBack()}, {"Insert", 2, Insert(0)},           {"InsertN", 2, InsertN(1, 2)},
+        {"InsertRange", 3, InsertRange(2, 5, 9)}, {"Reserve", 2, Reserve(3)}, {"Resize", 3, Resize(4)},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -216,26 +224,25 @@ TEST(VectorAllocationFailure, EveryAllocatingOperationFailsCleanly)
             Values values(10);
             CountingAllocator a;
             OrvVector_OrvDateTime v;
-            Make(&v, a.get(), c.size, c.capacity, values);
+            Make(&v, a.get(), 2, c.capacity, values);
             const OrvVector_OrvDateTime before = v;
-            const auto seconds = Seconds(&v);
             a.failAt(fail ? 1 : 0);
-            const bool ok = c.op(&v, values);
-            EXPECT_EQ(ok, !fail);
+            EXPECT_EQ(c.op(&v, values), !fail);
             if (fail) {
                 EXPECT_EQ(v.begin, before.begin);
                 EXPECT_EQ(v.end, before.end);
                 EXPECT_EQ(v.endBuf, before.endBuf);
-                EXPECT_EQ(Seconds(&v), seconds);
+                EXPECT_EQ(Seconds(&v), (std::vector<OrvTime>{0, 1}));
             }
             OrvVector_OrvDateTimeDestruct(&v);
-            EXPECT_EQ(a.liveBlocks(), 0u);
-            EXPECT_EQ(a.badDeallocations(), 0u);
+            ExpectAllReturned(a);
         }
     }
 }
 
-TEST(VectorAllocationFailure, ConstructorsReturnNullHoldingNothing)
+// Failing constructors return null holding nothing; a failing Assign leaves its target
+// empty, without storage, and still usable.
+TEST(VectorAllocationFailure, ConstructorsAndAssign)
 {
     Values values(4);
     OrvTimezone zone;
@@ -254,42 +261,36 @@ TEST(VectorAllocationFailure, ConstructorsReturnNullHoldingNothing)
     EXPECT_EQ(OrvVector_OrvDateTimeConstructRange(&v, values[0], values[3], a.get()), nullptr);
     EXPECT_EQ(OrvVector_OrvDateTimeConstructCopy(&v, &src), nullptr);
     EXPECT_EQ(a.liveBlocks(), 1u);
+    a.failAll(false);
+
+    Make(&v, a.get(), 2, 2, values);
+    a.failAt(1);
+    EXPECT_EQ(OrvVector_OrvDateTimeAssign(&v, &src), nullptr);
+    EXPECT_EQ(v.begin, nullptr);
+    EXPECT_EQ(v.end, nullptr);
+    EXPECT_EQ(v.endBuf, nullptr);
+    EXPECT_EQ(OrvVector_OrvDateTimeGetAllocator(&v), a.get());
+    EXPECT_EQ(a.liveBlocks(), 1u); // src's
     EXPECT_EQ(OrvTimezoneGetUseCount(&zone), uses + 3);
+    ASSERT_TRUE(OrvVector_OrvDateTimePushBack(&v, values[3]));
+    EXPECT_EQ(Seconds(&v), std::vector<OrvTime>{3});
+    OrvVector_OrvDateTimeDestruct(&v);
     OrvVector_OrvDateTimeDestruct(&src);
+    ExpectAllReturned(a);
     EXPECT_EQ(OrvTimezoneGetUseCount(&zone), uses);
     OrvDateTimeDestruct(&zoned);
     OrvTimezoneDestruct(&zone);
 }
 
-TEST(VectorAllocationFailure, AssignLeavesTargetEmptyWithoutStorage)
-{
-    Values values(6);
-    CountingAllocator a;
-    OrvVector_OrvDateTime x;
-    OrvVector_OrvDateTime y;
-    Make(&x, a.get(), 2, 2, values);
-    Make(&y, a.get(), 5, 5, values);
-    a.failAt(1);
-    EXPECT_EQ(OrvVector_OrvDateTimeAssign(&x, &y), nullptr);
-    EXPECT_EQ(x.begin, nullptr);
-    EXPECT_EQ(x.end, nullptr);
-    EXPECT_EQ(x.endBuf, nullptr);
-    EXPECT_EQ(OrvVector_OrvDateTimeGetAllocator(&x), a.get());
-    EXPECT_EQ(a.liveBlocks(), 1u); // y's
-    ASSERT_TRUE(OrvVector_OrvDateTimePushBack(&x, values[3])); // still a usable vector
-    EXPECT_EQ(Seconds(&x), std::vector<OrvTime>{3});
-    OrvVector_OrvDateTimeDestruct(&x);
-    OrvVector_OrvDateTimeDestruct(&y);
-    EXPECT_EQ(a.liveBlocks(), 0u);
-    EXPECT_EQ(a.badDeallocations(), 0u);
-}
-
 // --- swap ------------------------------------------------------------------------
 
-TEST(VectorSwap, EmptyVectorsKeepTheirBlocks)
+// Two empty vectors keep their blocks whatever their allocators; otherwise vectors
+// sharing an allocator exchange records without allocating.
+TEST(VectorSwap, EmptyVectorsKeepBlocksSharedAllocatorExchangesRecords)
 {
-    Values values(1);
+    Values values(2);
     for (bool shared : {true, false}) {
+        SCOPED_TRACE(shared);
         CountingAllocator a;
         CountingAllocator b;
         OrvVector_OrvDateTime x;
@@ -299,31 +300,25 @@ TEST(VectorSwap, EmptyVectorsKeepTheirBlocks)
         EXPECT_TRUE(OrvVector_OrvDateTimeSwap(&x, &y));
         EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&x), 3u);
         EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&y), 7u);
+        if (shared) {
+            ASSERT_TRUE(OrvVector_OrvDateTimePushBack(&x, values[1]));
+            const OrvDateTime* xBlock = x.begin;
+            const std::size_t allocations = a.allocations();
+            EXPECT_TRUE(OrvVector_OrvDateTimeSwap(&x, &y));
+            EXPECT_EQ(y.begin, xBlock);
+            EXPECT_EQ(Seconds(&y), std::vector<OrvTime>{1});
+            EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&x), 7u);
+            EXPECT_EQ(a.allocations(), allocations);
+        }
         OrvVector_OrvDateTimeDestruct(&x);
         OrvVector_OrvDateTimeDestruct(&y);
-        EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
+        ExpectAllReturned(a);
+        ExpectAllReturned(b);
     }
 }
 
-TEST(VectorSwap, SharedAllocatorExchangesRecords)
-{
-    Values values(5);
-    CountingAllocator a;
-    OrvVector_OrvDateTime x;
-    OrvVector_OrvDateTime y;
-    Make(&x, a.get(), 2, 4, values);
-    OrvVector_OrvDateTimeConstructDefault(&y, a.get());
-    const OrvDateTime* xBlock = x.begin;
-    const std::size_t allocations = a.allocations();
-    EXPECT_TRUE(OrvVector_OrvDateTimeSwap(&x, &y));
-    EXPECT_EQ(x.begin, nullptr);
-    EXPECT_EQ(y.begin, xBlock);
-    EXPECT_EQ(OrvVector_OrvDateTimeCapacity(&y), 4u);
-    EXPECT_EQ(a.allocations(), allocations);
-    OrvVector_OrvDateTimeDestruct(&x);
-    OrvVector_OrvDateTimeDestruct(&y);
-}
-
+// Different allocators: the smaller vector gets a new block from its own allocator
+// (y on equal sizes), the larger keeps its block; a failure changes nothing.
 TEST(VectorSwap, DifferentAllocatorsCopyAndKeepAllocators)
 {
     Values values(10);
@@ -334,10 +329,10 @@ TEST(VectorSwap, DifferentAllocatorsCopyAndKeepAllocators)
     Make(&x, a.get(), 2, 4, values);
     OrvVector_OrvDateTimeConstructDefault(&y, b.get());
     ASSERT_TRUE(OrvVector_OrvDateTimeReserve(&y, 6));
-    for (int i = 5; i < 10; ++i) OrvVector_OrvDateTimePushBack(&y, values[i]);
+    ASSERT_TRUE(OrvVector_OrvDateTimeInsertRange(&y, y.begin, values[5], values.end()));
     const OrvDateTime* yBlock = y.begin;
 
-    a.failAt(1); // x, the smaller, needs a new block from its own allocator
+    a.failAt(1);
     EXPECT_FALSE(OrvVector_OrvDateTimeSwap(&x, &y));
     EXPECT_EQ(Seconds(&x), (std::vector<OrvTime>{0, 1}));
     EXPECT_EQ(Seconds(&y), (std::vector<OrvTime>{5, 6, 7, 8, 9}));
@@ -353,7 +348,6 @@ TEST(VectorSwap, DifferentAllocatorsCopyAndKeepAllocators)
     EXPECT_EQ(x.allocator, a.get());
     EXPECT_EQ(y.allocator, b.get());
 
-    // Equal sizes: y is the one that gets a new block.
     OrvVector_OrvDateTimeResize(&x, 2, values[0]);
     const OrvDateTime* xBlock = x.begin;
     ASSERT_TRUE(OrvVector_OrvDateTimeSwap(&x, &y));
@@ -364,8 +358,8 @@ TEST(VectorSwap, DifferentAllocatorsCopyAndKeepAllocators)
 
     OrvVector_OrvDateTimeDestruct(&x);
     OrvVector_OrvDateTimeDestruct(&y);
-    EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
-    EXPECT_EQ(a.badDeallocations() + b.badDeallocations(), 0u);
+    ExpectAllReturned(a);
+    ExpectAllReturned(b);
 }
 
 // --- zone references ---------------------------------------------------------------
@@ -383,7 +377,6 @@ TEST(VectorZoneReferences, OneReferencePerElementThroughCopiesAndReallocation)
     CountingAllocator b;
     OrvVector_OrvDateTime v;
     ASSERT_NE(OrvVector_OrvDateTimeConstructN(&v, 5, &d, a.get()), nullptr);
-    EXPECT_EQ(OrvTimezoneGetUseCount(&zone), base + 5);
     ASSERT_TRUE(OrvVector_OrvDateTimeReserve(&v, 40));
     EXPECT_EQ(OrvTimezoneGetUseCount(&zone), base + 5);
     ASSERT_TRUE(OrvVector_OrvDateTimeInsertN(&v, v.begin + 2, 3, &d));
@@ -417,8 +410,7 @@ protected:
         for (const OrvTestInt* p = v->begin; p != v->end; ++p) out.push_back(p->value);
         return out;
     }
-    static void Fill(OrvVector_OrvTestInt* v, OrvAllocator* a, std::initializer_list<int64_t> values,
-                     OrvSizeT capacity)
+    static void Fill(OrvVector_OrvTestInt* v, OrvAllocator* a, std::initializer_list<int64_t> values, OrvSizeT capacity)
     {
         OrvVector_OrvTestIntConstructDefault(v, a);
         OrvVector_OrvTestIntReserve(v, capacity);
@@ -427,74 +419,42 @@ protected:
             OrvVector_OrvTestIntPushBack(v, &t);
         }
     }
+    // Runs op and returns the element operations it made.
+    template <class F>
+    static std::vector<std::string> Logged(F op)
+    {
+        IntState().log.clear();
+        IntState().logging = true;
+        op();
+        IntState().logging = false;
+        return IntState().log;
+    }
+    using Log = std::vector<std::string>;
 };
 
-TEST_F(IntVector, ReallocationCopiesAllThenDestructsLastFirst)
+// Reallocation copies every element, then destructs the old ones last first; in-place
+// inserts and erases shift by assignment, constructing or destructing only at the end.
+TEST_F(IntVector, ElementOperationOrder)
 {
     CountingAllocator a;
     OrvVector_OrvTestInt v;
     Fill(&v, a.get(), {1, 2, 3}, 3);
-    IntState().logging = true;
-    const OrvTestInt t = Int(4);
-    ASSERT_TRUE(OrvVector_OrvTestIntPushBack(&v, &t));
-    EXPECT_EQ(IntState().log, (std::vector<std::string>{"C1", "C2", "C3", "D3", "D2", "D1", "C4"}));
-    IntState().log.clear();
-    OrvVector_OrvTestIntDestruct(&v);
-    EXPECT_EQ(IntState().log, (std::vector<std::string>{"D4", "D3", "D2", "D1"}));
-}
+    const OrvTestInt t4 = Int(4);
+    EXPECT_EQ(Logged([&] { ASSERT_TRUE(OrvVector_OrvTestIntPushBack(&v, &t4)); }),
+              (Log{"C1", "C2", "C3", "D3", "D2", "D1", "C4"}));
+    EXPECT_EQ(Logged([&] { OrvVector_OrvTestIntDestruct(&v); }), (Log{"D4", "D3", "D2", "D1"}));
 
-TEST_F(IntVector, InPlaceInsertsAndErasesMoveByAssignment)
-{
-    CountingAllocator a;
-    OrvVector_OrvTestInt v;
     Fill(&v, a.get(), {1, 2, 3, 4, 5}, 16);
-    IntState().logging = true;
     const OrvTestInt t = Int(9);
-    ASSERT_EQ(OrvVector_OrvTestIntInsert(&v, v.begin + 3, &t), v.begin + 3);
-    EXPECT_EQ(IntState().log, (std::vector<std::string>{"C5", "A4", "A9"}));
-    IntState().log.clear();
-    OrvTestInt* at = OrvVector_OrvTestIntInsert(&v, v.end, &t);
-    ASSERT_EQ(at, v.end - 1);
-    EXPECT_EQ(IntState().log, std::vector<std::string>{"C9"}); // at End: nothing assigned
-    IntState().log.clear();
-    ASSERT_EQ(OrvVector_OrvTestIntEraseRange(&v, v.begin + 1, v.begin + 3), v.begin + 1);
-    EXPECT_EQ(IntState().log, (std::vector<std::string>{"A9", "A4", "A5", "A9", "D9", "D5"}));
+    EXPECT_EQ(Logged([&] { ASSERT_EQ(OrvVector_OrvTestIntInsert(&v, v.begin + 3, &t), v.begin + 3); }),
+              (Log{"C5", "A4", "A9"}));
+    OrvTestInt* at = nullptr;
+    EXPECT_EQ(Logged([&] { at = OrvVector_OrvTestIntInsert(&v, v.end, &t); }), Log{"C9"}); // at the end: no assigns
+    EXPECT_EQ(at, v.end - 1);
+    EXPECT_EQ(Logged([&] { ASSERT_EQ(OrvVector_OrvTestIntEraseRange(&v, v.begin + 1, v.begin + 3), v.begin + 1); }),
+              (Log{"A9", "A4", "A5", "A9", "D9", "D5"}));
     EXPECT_EQ(Contents(&v), (std::vector<int64_t>{1, 9, 4, 5, 9}));
-    IntState().logging = false;
     OrvVector_OrvTestIntDestruct(&v);
-}
-
-// InsertN and InsertRange with room, both shapes (tail longer than the insertion and
-// not), at every position, checked against std::vector.
-TEST_F(IntVector, InPlaceInsertNAndRangeMatchStdVector)
-{
-    const std::vector<int64_t> base = {10, 11, 12, 13, 14};
-    const std::vector<int64_t> range = {7, 8, 9};
-    for (std::size_t pos = 0; pos <= base.size(); ++pos) {
-        for (std::size_t n = 0; n <= 3; ++n) {
-            CountingAllocator a;
-            OrvVector_OrvTestInt v;
-            Fill(&v, a.get(), {10, 11, 12, 13, 14}, 16);
-            const OrvTestInt t = Int(99);
-            ASSERT_TRUE(OrvVector_OrvTestIntInsertN(&v, v.begin + pos, n, &t));
-            std::vector<int64_t> want = base;
-            want.insert(want.begin() + static_cast<std::ptrdiff_t>(pos), n, 99);
-            EXPECT_EQ(Contents(&v), want) << "InsertN pos " << pos << " n " << n;
-
-            OrvVector_OrvTestInt w;
-            Fill(&w, a.get(), {10, 11, 12, 13, 14}, 16);
-            const OrvTestInt r[3] = {Int(7), Int(8), Int(9)};
-            ASSERT_TRUE(OrvVector_OrvTestIntInsertRange(&w, w.begin + pos, r, r + n));
-            want = base;
-            want.insert(want.begin() + static_cast<std::ptrdiff_t>(pos), range.begin(),
-                        range.begin() + static_cast<std::ptrdiff_t>(n));
-            EXPECT_EQ(Contents(&w), want) << "InsertRange pos " << pos << " n " << n;
-            EXPECT_EQ(IntState().live, 10 + static_cast<long>(2 * n));
-            OrvVector_OrvTestIntDestruct(&v);
-            OrvVector_OrvTestIntDestruct(&w);
-            EXPECT_EQ(a.liveBlocks(), 0u);
-        }
-    }
 }
 
 // A source inside the vector is read as if it had been copied out first, on the
@@ -521,96 +481,86 @@ TEST_F(IntVector, SourcesInsideTheVector)
 }
 
 // A failing element copy, stepped through every copy each operation makes: failure
-// result; reallocating paths and constructors leave nothing behind and the vector as
-// it was; in-place paths leave only constructed elements; nothing leaks.
+// result, only constructed elements left, nothing leaked; a failure while the vector
+// is still untouched (reallocating paths, constructors, the first copy of Swap) leaves
+// it as it was.
 TEST_F(IntVector, FailingElementCopyAtEveryStep)
 {
-    using V = OrvVector_OrvTestInt*;
+    using IV = OrvVector_OrvTestInt*;
     struct Case {
         const char* name;
         OrvSizeT capacity;
         long unchangedUpTo; // a failure in this many first copies leaves the vector as it was
-        std::function<bool(V)> op;
+        std::function<bool(IV, IV)> op; // on {1, 2, 3, 4} and, on another allocator, {5, 6, 7}
+        std::vector<int64_t> want;      // both afterwards, on success
+        std::vector<int64_t> wantOther = {5, 6, 7};
     };
     const OrvTestInt t = Int(99);
     const OrvTestInt r[4] = {Int(7), Int(8), Int(9), Int(10)};
     const std::vector<Case> cases = {
-        {"PushBack, growing", 4, 4, [&](V v) { return OrvVector_OrvTestIntPushBack(v, &t) != 0; }},
-        {"Insert, growing", 4, 5, [&](V v) { return OrvVector_OrvTestIntInsert(v, v->begin + 1, &t) != nullptr; }},
-        {"Insert, in place", 8, 0, [&](V v) { return OrvVector_OrvTestIntInsert(v, v->begin + 1, &t) != nullptr; }},
-        {"InsertN, growing", 4, 7, [&](V v) { return OrvVector_OrvTestIntInsertN(v, v->begin + 1, 3, &t) != 0; }},
-        {"InsertN, in place", 8, 0, [&](V v) { return OrvVector_OrvTestIntInsertN(v, v->begin + 1, 2, &t) != 0; }},
-        {"InsertRange, in place", 8, 0,
-         [&](V v) { return OrvVector_OrvTestIntInsertRange(v, v->begin + 2, r, r + 4) != 0; }},
-        {"Reserve", 4, 4, [&](V v) { return OrvVector_OrvTestIntReserve(v, 9) != 0; }},
-        {"Resize, growing", 4, 4, [&](V v) { return OrvVector_OrvTestIntResize(v, 6, &t) != 0; }},
-        {"Erase", 4, 0, [&](V v) { return OrvVector_OrvTestIntErase(v, v->begin) != nullptr; }},
-        {"EraseRange", 4, 0, [&](V v) { return OrvVector_OrvTestIntEraseRange(v, v->begin, v->begin + 2) != nullptr; }},
+        {"PushBack, growing", 4, 4, [&](IV v, IV) { return OrvVector_OrvTestIntPushBack(v, &t) != 0; }, {1, 2, 3, 4, 99}},
+        {"Insert, growing", 4, 5, [&](IV v, IV) { return OrvVector_OrvTestIntInsert(v, v->begin + 1, &t) != nullptr; },
+         {1, 99, 2, 3, 4}},
+        {"Insert, in place", 8, 0, [&](IV v, IV) { return OrvVector_OrvTestIntInsert(v, v->begin + 1, &t) != nullptr; },
+         {1, 99, 2, 3, 4}},
+        {"InsertN, growing", 4, 7, [&](IV v, IV) { return OrvVector_OrvTestIntInsertN(v, v->begin + 1, 3, &t) != 0; },
+         {1, 99, 99, 99, 2, 3, 4}},
+        {"InsertN, in place, tail longer", 8, 0,
+         [&](IV v, IV) { return OrvVector_OrvTestIntInsertN(v, v->begin + 1, 2, &t) != 0; }, {1, 99, 99, 2, 3, 4}},
+        {"InsertRange, in place, tail shorter", 8, 0,
+         [&](IV v, IV) { return OrvVector_OrvTestIntInsertRange(v, v->begin + 2, r, r + 4) != 0; },
+         {1, 2, 7, 8, 9, 10, 3, 4}},
+        {"Reserve", 4, 4, [&](IV v, IV) { return OrvVector_OrvTestIntReserve(v, 9) != 0; }, {1, 2, 3, 4}},
+        {"Resize, growing", 4, 4, [&](IV v, IV) { return OrvVector_OrvTestIntResize(v, 6, &t) != 0; },
+         {1, 2, 3, 4, 99, 99}},
+        {"Erase", 4, 0, [&](IV v, IV) { return OrvVector_OrvTestIntErase(v, v->begin) != nullptr; }, {2, 3, 4}},
+        {"EraseRange", 4, 0, [&](IV v, IV) { return OrvVector_OrvTestIntEraseRange(v, v->begin, v->begin + 2) != nullptr; },
+         {3, 4}},
+        {"Swap, other allocator", 4, 4, [&](IV v, IV w) { return OrvVector_OrvTestIntSwap(v, w) != 0; }, {5, 6, 7},
+         {1, 2, 3, 4}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         for (long k = 1;; ++k) {
             orv::test::ResetIntState();
             CountingAllocator a;
+            CountingAllocator b;
             OrvVector_OrvTestInt v;
+            OrvVector_OrvTestInt w;
             Fill(&v, a.get(), {1, 2, 3, 4}, c.capacity);
+            Fill(&w, b.get(), {5, 6, 7}, 3);
             const OrvVector_OrvTestInt before = v;
             IntState().copies = 0;
             IntState().failCopyAt = k;
-            const bool ok = c.op(&v);
+            const bool ok = c.op(&v, &w);
             const bool failed = IntState().copies >= k;
             EXPECT_EQ(ok, !failed) << "copy " << k;
-            EXPECT_EQ(IntState().live, static_cast<long>(v.end - v.begin)) << "copy " << k;
+            EXPECT_EQ(IntState().live, static_cast<long>((v.end - v.begin) + (w.end - w.begin))) << "copy " << k;
             if (failed && k <= c.unchangedUpTo) {
                 EXPECT_EQ(v.begin, before.begin);
                 EXPECT_EQ(v.endBuf, before.endBuf);
                 EXPECT_EQ(Contents(&v), (std::vector<int64_t>{1, 2, 3, 4}));
+                EXPECT_EQ(Contents(&w), (std::vector<int64_t>{5, 6, 7}));
+            }
+            if (ok) {
+                EXPECT_EQ(Contents(&v), c.want);
+                EXPECT_EQ(Contents(&w), c.wantOther);
             }
             OrvVector_OrvTestIntDestruct(&v);
-            EXPECT_EQ(a.liveBlocks(), 0u);
-            EXPECT_EQ(a.badDeallocations(), 0u);
+            OrvVector_OrvTestIntDestruct(&w);
+            ExpectAllReturned(a);
+            ExpectAllReturned(b);
             if (!failed) break;
         }
     }
-}
-
-TEST_F(IntVector, FailingElementCopyInConstructorsAssignAndSwap)
-{
-    CountingAllocator a;
-    CountingAllocator b;
-    const OrvTestInt t = Int(5);
     for (long k = 1; k <= 3; ++k) {
-        IntState().copies = 0;
+        orv::test::ResetIntState();
+        CountingAllocator a;
         IntState().failCopyAt = k;
         OrvVector_OrvTestInt v;
         EXPECT_EQ(OrvVector_OrvTestIntConstructN(&v, 3, &t, a.get()), nullptr);
         EXPECT_EQ(IntState().live, 0);
-        EXPECT_EQ(a.liveBlocks(), 0u);
-    }
-    for (long k = 1;; ++k) {
-        orv::test::ResetIntState();
-        OrvVector_OrvTestInt x;
-        OrvVector_OrvTestInt y;
-        Fill(&x, a.get(), {1, 2}, 2);
-        Fill(&y, b.get(), {3, 4, 5}, 3);
-        IntState().copies = 0;
-        IntState().failCopyAt = k;
-        const bool ok = OrvVector_OrvTestIntSwap(&x, &y) != 0;
-        const bool failed = IntState().copies >= k;
-        EXPECT_EQ(ok, !failed);
-        EXPECT_EQ(IntState().live, static_cast<long>((x.end - x.begin) + (y.end - y.begin)));
-        if (failed && k <= 3) { // copying y into x's new block: nothing changed yet
-            EXPECT_EQ(Contents(&x), (std::vector<int64_t>{1, 2}));
-            EXPECT_EQ(Contents(&y), (std::vector<int64_t>{3, 4, 5}));
-        }
-        if (ok) {
-            EXPECT_EQ(Contents(&x), (std::vector<int64_t>{3, 4, 5}));
-            EXPECT_EQ(Contents(&y), (std::vector<int64_t>{1, 2}));
-        }
-        OrvVector_OrvTestIntDestruct(&x);
-        OrvVector_OrvTestIntDestruct(&y);
-        EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
-        if (!failed) break;
+        ExpectAllReturned(a);
     }
 }
 
@@ -626,9 +576,6 @@ TEST(VectorIterators, ForwardAndReversePositions)
 
     OrvVector_OrvDateTimeReverseIterator rb = OrvVector_OrvDateTimeRBegin(&v);
     OrvVector_OrvDateTimeReverseIterator re = OrvVector_OrvDateTimeREnd(&v);
-    EXPECT_EQ(second(OrvVector_OrvDateTimeReverseIteratorContentOf(&rb)), 4);
-    EXPECT_EQ(second(OrvVector_OrvDateTimeReverseIteratorAt(&rb, 0)), 4);
-    EXPECT_EQ(second(OrvVector_OrvDateTimeReverseIteratorAt(&rb, 4)), 0);
     OrvVector_OrvDateTimeReverseIterator walk;
     OrvVector_OrvDateTimeReverseIteratorConstructCopy(&walk, &rb);
     std::vector<OrvTime> seen;
@@ -637,7 +584,7 @@ TEST(VectorIterators, ForwardAndReversePositions)
         OrvVector_OrvDateTimeReverseIteratorIncrement(&walk);
     }
     EXPECT_EQ(seen, (std::vector<OrvTime>{4, 3, 2, 1, 0}));
-    EXPECT_EQ(OrvVector_OrvDateTimeReverseIteratorSubtract(&re, &rb), 5);
+    EXPECT_EQ(second(OrvVector_OrvDateTimeReverseIteratorAt(&rb, 0)), 4);
     EXPECT_TRUE(OrvVector_OrvDateTimeReverseIteratorLess(&rb, &re));
     EXPECT_FALSE(OrvVector_OrvDateTimeReverseIteratorLess(&re, &rb));
     OrvVector_OrvDateTimeReverseIteratorDecrement(&walk);
@@ -652,7 +599,6 @@ TEST(VectorIterators, ForwardAndReversePositions)
     OrvVector_OrvDateTimeIterator three = OrvVector_OrvDateTimeIteratorAdd(&b, 3);
     EXPECT_EQ(b, v.begin);
     EXPECT_EQ(second(OrvVector_OrvDateTimeIteratorContentOf(&three)), 3);
-    EXPECT_EQ(OrvVector_OrvDateTimeIteratorAdd(&b, 0), b);
     OrvVector_OrvDateTimeIterator p = three;
     OrvVector_OrvDateTimeIterator q = three;
     OrvVector_OrvDateTimeIteratorIncrementN(&p, -2);
@@ -661,41 +607,33 @@ TEST(VectorIterators, ForwardAndReversePositions)
     EXPECT_EQ(second(OrvVector_OrvDateTimeIteratorAt(&p, 2)), 3);
     EXPECT_TRUE(OrvVector_OrvDateTimeIteratorSwap(&p, &three));
     EXPECT_EQ(second(OrvVector_OrvDateTimeIteratorContentOfConst(&p)), 3);
-    OrvVector_OrvDateTimeIteratorDestruct(&p);
-    EXPECT_EQ(second(OrvVector_OrvDateTimeIteratorContentOfConst(&p)), 3);
 
     // The constant kinds give the same answers for the same slots.
     OrvVector_OrvDateTimeConstIterator cb = OrvVector_OrvDateTimeBeginConst(&v);
     OrvVector_OrvDateTimeConstIterator ce = OrvVector_OrvDateTimeEndConst(&v);
     EXPECT_EQ(OrvVector_OrvDateTimeConstIteratorSubtract(&ce, &cb), 5);
-    EXPECT_TRUE(OrvVector_OrvDateTimeConstIteratorLess(&cb, &ce));
     OrvVector_OrvDateTimeConstReverseIterator crb = OrvVector_OrvDateTimeRBeginConst(&v);
     OrvVector_OrvDateTimeConstReverseIterator cre = OrvVector_OrvDateTimeREndConst(&v);
-    EXPECT_EQ(OrvVector_OrvDateTimeConstReverseIteratorSubtract(&cre, &crb), 5);
     EXPECT_EQ(second(OrvVector_OrvDateTimeConstReverseIteratorAt(&crb, 1)), 3);
     OrvVector_OrvDateTimeConstReverseIteratorIncrementN(&crb, 5);
     EXPECT_TRUE(OrvVector_OrvDateTimeConstReverseIteratorEqual(&crb, &cre));
     OrvVector_OrvDateTimeConstReverseIterator first = OrvVector_OrvDateTimeConstReverseIteratorAdd(&cre, -1);
-    EXPECT_EQ(second(OrvVector_OrvDateTimeConstReverseIteratorContentOfConst(&first)), 0); // one step back from REnd
+    EXPECT_EQ(second(OrvVector_OrvDateTimeConstReverseIteratorContentOfConst(&first)), 0);
     OrvVector_OrvDateTimeDestruct(&v);
 }
 
-TEST(VectorIterators, ExceptionalIterators)
+TEST(VectorIterators, EmptyVectorGivesExceptionalIterators)
 {
     OrvVector_OrvDateTime v;
     OrvVector_OrvDateTimeConstructDefault(&v, OrvAllocatorGetDefault());
-    EXPECT_EQ(OrvVector_OrvDateTimeSize(&v), 0u);
     EXPECT_TRUE(OrvVector_OrvDateTimeEmpty(&v));
-    EXPECT_TRUE(OrvVector_OrvDateTimeIteratorIsExceptional(OrvVector_OrvDateTimeBegin(&v)));
     EXPECT_TRUE(OrvVector_OrvDateTimeIteratorIsExceptional(OrvVector_OrvDateTimeEnd(&v)));
     EXPECT_TRUE(OrvVector_OrvDateTimeReverseIteratorIsExceptional(OrvVector_OrvDateTimeRBegin(&v)));
     EXPECT_TRUE(OrvVector_OrvDateTimeConstReverseIteratorIsExceptional(OrvVector_OrvDateTimeREndConst(&v)));
     OrvVector_OrvDateTimeConstIterator c;
     OrvVector_OrvDateTimeConstIterator d = OrvVector_OrvDateTimeBeginConst(&v);
     OrvVector_OrvDateTimeConstIteratorConstructExceptional(&c);
-    EXPECT_TRUE(OrvVector_OrvDateTimeConstIteratorIsExceptional(c));
     EXPECT_TRUE(OrvVector_OrvDateTimeConstIteratorEqual(&c, &d));
-    OrvVector_OrvDateTimeDump(&v, "v", 4);
     OrvVector_OrvDateTimeDestruct(&v);
 }
 
@@ -714,6 +652,7 @@ TEST(VectorRandomized, MatchesStdVectorModel)
     std::vector<OrvTime> otherModel;
     std::mt19937 rng(20240501);
     auto pick = [&](std::size_t n) { return static_cast<std::size_t>(rng() % (n + 1)); }; // 0..n
+    auto at = [&](std::size_t pos) { return model.begin() + static_cast<std::ptrdiff_t>(pos); };
     for (int step = 0; step < 100000; ++step) {
         const int value = static_cast<int>(rng() % 64);
         const std::size_t size = model.size();
@@ -731,16 +670,16 @@ TEST(VectorRandomized, MatchesStdVectorModel)
             break;
         case 3: {
             const std::size_t pos = pick(size);
-            OrvDateTime* at = OrvVector_OrvDateTimeInsert(&v, v.begin + pos, values[value]);
-            ASSERT_EQ(at, v.begin + pos);
-            model.insert(model.begin() + static_cast<std::ptrdiff_t>(pos), value);
+            const OrvDateTime* in = OrvVector_OrvDateTimeInsert(&v, v.begin + pos, values[value]);
+            ASSERT_EQ(in, v.begin + pos);
+            model.insert(at(pos), value);
             break;
         }
         case 4: {
             const std::size_t pos = pick(size);
             const std::size_t n = rng() % 5;
             ASSERT_TRUE(OrvVector_OrvDateTimeInsertN(&v, v.begin + pos, n, values[value]));
-            model.insert(model.begin() + static_cast<std::ptrdiff_t>(pos), n, value);
+            model.insert(at(pos), n, value);
             break;
         }
         case 5: {
@@ -748,22 +687,21 @@ TEST(VectorRandomized, MatchesStdVectorModel)
             const int first = static_cast<int>(rng() % 60);
             const int n = static_cast<int>(rng() % 5);
             ASSERT_TRUE(OrvVector_OrvDateTimeInsertRange(&v, v.begin + pos, values[first], values[first + n]));
-            for (int k = 0; k < n; ++k) model.insert(model.begin() + static_cast<std::ptrdiff_t>(pos) + k, first + k);
+            for (int k = 0; k < n; ++k) model.insert(at(pos + static_cast<std::size_t>(k)), first + k);
             break;
         }
         case 6:
             if (size > 0) {
                 const std::size_t pos = pick(size - 1);
                 ASSERT_EQ(OrvVector_OrvDateTimeErase(&v, v.begin + pos), v.begin + pos);
-                model.erase(model.begin() + static_cast<std::ptrdiff_t>(pos));
+                model.erase(at(pos));
             }
             break;
         case 7: {
             const std::size_t first = pick(size);
             const std::size_t last = first + pick(size - first);
             ASSERT_EQ(OrvVector_OrvDateTimeEraseRange(&v, v.begin + first, v.begin + last), v.begin + first);
-            model.erase(model.begin() + static_cast<std::ptrdiff_t>(first),
-                        model.begin() + static_cast<std::ptrdiff_t>(last));
+            model.erase(at(first), at(last));
             break;
         }
         case 8: {
@@ -806,8 +744,8 @@ TEST(VectorRandomized, MatchesStdVectorModel)
     EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), (v.begin != nullptr ? 1u : 0u) + (other.begin != nullptr ? 1u : 0u));
     OrvVector_OrvDateTimeDestruct(&v);
     OrvVector_OrvDateTimeDestruct(&other);
-    EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
-    EXPECT_EQ(a.badDeallocations() + b.badDeallocations(), 0u);
+    ExpectAllReturned(a);
+    ExpectAllReturned(b);
 }
 
 } // namespace
