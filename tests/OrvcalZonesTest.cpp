@@ -1,23 +1,23 @@
 // orvcal with zones of the system database: --zone ids and local, and the zones verb,
-// driven as a process (status, stdout, stderr).
+// driven as a process (status, stdout, stderr). Unknown ids are refused among the
+// tool's other bad input in OrvcalToolTest.
 #include "support/ToolRun.h"
 
 #include <gtest/gtest.h>
 
-
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <unistd.h>
 
 namespace {
 
 using orv::test::Join;
 using orv::test::ToolRun;
 
-// Runs orvcal with args; env holds NAME=value settings for it.
 ToolRun Orvcal(const std::vector<std::string>& args, const std::vector<std::string>& env = {})
 {
     return orv::test::RunTool(ORVCAL_PATH, args, {}, env);
@@ -41,7 +41,6 @@ TEST(OrvcalZones, ZoneIdsAndLocal)
     const Case cases[] = {
         {{"convert", "20240501T093000Z", "--zone", "America/New_York"}, {}, "20240501T053000\n"},
         {{"convert", "20240115T093000Z", "--zone", "Europe/Berlin"}, {}, "20240115T103000\n"},
-        {{"convert", "20240701T093000Z", "--zone", "Europe/Berlin"}, {}, "20240701T113000\n"},
         {{"convert", "20240501T093000Z", "--zone", "Asia/Kathmandu"}, {}, "20240501T151500\n"},
         // 02:30 occurs twice in Berlin that night: read as its first occurrence (+02:00).
         {{"convert", "20241027T023000", "--from", "Europe/Berlin", "--zone", "UTC"}, {}, "20241027T003000Z\n"},
@@ -60,18 +59,6 @@ TEST(OrvcalZones, ZoneIdsAndLocal)
     EXPECT_NE(show.out.find("+02:00"), std::string::npos) << show.out;
 }
 
-TEST(OrvcalZones, UnknownOrEscapingIdsAreRefused)
-{
-    for (const char* zone : {"Nowhere/Zone", "../etc/passwd", "/etc/localtime", "Europe", "zone.tab"}) {
-        const ToolRun r = Orvcal({"convert", "20240501T093000Z", "--zone", zone});
-        EXPECT_EQ(r.status, 2) << zone;
-        EXPECT_EQ(r.out, "") << zone;
-        EXPECT_NE(r.err.find(std::string("--zone '") + zone + "'"), std::string::npos) << r.err;
-        EXPECT_NE(r.err.find("orvcal zones"), std::string::npos) << r.err;
-        EXPECT_EQ(r.err.find('\n'), r.err.size() - 1) << "one line: " << r.err;
-    }
-}
-
 TEST(OrvcalZones, ListsTheDatabase)
 {
     if (!HaveDatabase()) GTEST_SKIP() << "no time-zone database (install tzdata)";
@@ -83,8 +70,8 @@ TEST(OrvcalZones, ListsTheDatabase)
     for (std::string line; std::getline(lines, line);) ids.push_back(line);
     EXPECT_GT(ids.size(), 300U);
     EXPECT_TRUE(std::is_sorted(ids.begin(), ids.end()));
-    EXPECT_NE(std::find(ids.begin(), ids.end(), "Europe/Berlin"), ids.end());
-    EXPECT_NE(std::find(ids.begin(), ids.end(), "America/Argentina/Buenos_Aires"), ids.end());
+    for (const char* id : {"Europe/Berlin", "America/Argentina/Buenos_Aires"})
+        EXPECT_TRUE(std::binary_search(ids.begin(), ids.end(), id)) << id;
     for (const std::string& id : ids) ASSERT_NE(id.rfind("right/", 0), 0U) << id;
 
     const ToolRun missing = Orvcal({"zones"}, {"TZDIR=/nonexistent/zoneinfo"});
