@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Sets up, then builds and runs every test: the release build with g++, the same tests
-# under AddressSanitizer + UndefinedBehaviorSanitizer, a clang build (warnings are errors
-# there too), the install-and-consume test (part of the ctest runs) and a short fuzz run.
+# under AddressSanitizer + UndefinedBehaviorSanitizer, a short fuzz run, and a clang build
+# (warnings are errors there too); the install-and-consume test is part of the ctest runs.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
@@ -14,6 +14,11 @@ cmake --preset default >/dev/null
 cmake --build --preset default -j"$jobs"
 ctest --preset default
 
+if [ -x scripts/fuzz.sh ]; then
+    step "fuzzing (short run)"
+    scripts/fuzz.sh 60
+fi
+
 step "sanitizer build (ASan + UBSan)"
 cmake --preset sanitize >/dev/null
 cmake --build --preset sanitize -j"$jobs"
@@ -24,7 +29,3 @@ cmake --preset clang >/dev/null
 cmake --build --preset clang -j"$jobs"
 ctest --preset clang
 
-if [ -x scripts/fuzz.sh ]; then
-    step "fuzzing (short run)"
-    scripts/fuzz.sh 60
-fi
