@@ -1,19 +1,10 @@
 /* The public API used from a C11 program: values, zones, strings and the log. */
 #include "Orv/Calendar/OrvDateTime.h"
+#include "support/CCheck.h"
 #include "Orv/Os/OrvLog.h"
 
 #include <stdio.h>
 #include <string.h>
-
-static int failures = 0;
-
-#define CHECK(cond)                                                                   \
-    do {                                                                              \
-        if (!(cond)) {                                                                \
-            fprintf(stderr, "%s:%d: check failed: %s\n", __FILE__, __LINE__, #cond); \
-            ++failures;                                                               \
-        }                                                                             \
-    } while (0)
 
 static int infoLines = 0;
 

@@ -1,18 +1,9 @@
 /* The vector and the set of date-time values used from a C11 program: build both from
  * text, walk them both ways, and check that every zone reference comes back. */
 #include "Orv/Calendar/OrvDateTime.h"
+#include "support/CCheck.h"
 
 #include <stdio.h>
-
-static int failures = 0;
-
-#define CHECK(cond)                                                                   \
-    do {                                                                              \
-        if (!(cond)) {                                                                \
-            fprintf(stderr, "%s:%d: check failed: %s\n", __FILE__, __LINE__, #cond); \
-            ++failures;                                                               \
-        }                                                                             \
-    } while (0)
 
 int main(void)
 {

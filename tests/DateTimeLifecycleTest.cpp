@@ -2,6 +2,7 @@
 // reference counts watched through a counting allocator and a counted test zone.
 #include "Calendar/OrvDateTimeInternal.h"
 #include "support/CountingAllocator.h"
+#include "support/FieldsMatcher.h"
 #include "support/TestZones.h"
 
 #include <gtest/gtest.h>
@@ -11,24 +12,11 @@
 namespace {
 
 using orv::test::CountingAllocator;
+using orv::test::FieldsAre;
+using orv::test::Ymd;
 using orv::test::kHour;
 using orv::test::MakeTransitionZone;
 using orv::test::TransitionZoneRules;
-
-struct Ymd {
-    OrvInt year, month, day, hour, min, sec, nanos;
-};
-
-void ExpectFields(const OrvDateTime& d, const Ymd& e)
-{
-    EXPECT_EQ(d.year, e.year);
-    EXPECT_EQ(d.month, e.month);
-    EXPECT_EQ(d.monthDay, e.day);
-    EXPECT_EQ(d.hour, e.hour);
-    EXPECT_EQ(d.min, e.min);
-    EXPECT_EQ(d.sec, e.sec);
-    EXPECT_EQ(d.nanosec, e.nanos);
-}
 
 // A counted zone at a fixed offset, owned by the fixture.
 class LifecycleTest : public ::testing::Test {
@@ -63,7 +51,7 @@ TEST(ConstructDefault, IsTheEpochInUtcWithIsoWeeks)
 {
     OrvDateTime d;
     ASSERT_EQ(OrvDateTimeConstructDefault(&d), &d);
-    ExpectFields(d, {1970, 1, 1, 0, 0, 0, 0});
+    EXPECT_TRUE(FieldsAre(d, {1970, 1, 1, 0, 0, 0, 0}));
     EXPECT_EQ(d.wallTime, 0);
     EXPECT_EQ(d.offset, 0);
     EXPECT_TRUE(d.normalized);
@@ -79,7 +67,7 @@ TEST(Construct, WithoutZoneIsFloatingUtcReading)
 {
     OrvDateTime d;
     ASSERT_EQ(OrvDateTimeConstruct(&d, 0, nullptr), &d);
-    ExpectFields(d, {1970, 1, 1, 0, 0, 0, 0});
+    EXPECT_TRUE(FieldsAre(d, {1970, 1, 1, 0, 0, 0, 0}));
     EXPECT_TRUE(OrvDateTimeIsFloating(&d));
     EXPECT_EQ(OrvDateTimeGetTimezone(&d), nullptr);
     EXPECT_EQ(d.offset, 0);
@@ -90,7 +78,7 @@ TEST_F(LifecycleTest, ConstructReadsTheInstantInTheZone)
 {
     OrvDateTime d;
     ASSERT_EQ(OrvDateTimeConstruct(&d, orv::test::UtcInstant(2024, 5, 1, 9, 30), &zone_), &d);
-    ExpectFields(d, {2024, 5, 1, 10, 30, 0, 0});
+    EXPECT_TRUE(FieldsAre(d, {2024, 5, 1, 10, 30, 0, 0}));
     EXPECT_EQ(d.offset, kHour);
     EXPECT_FALSE(OrvDateTimeIsFloating(&d));
     EXPECT_EQ(OrvDateTimeGetTimezone(&d), &d.tz);
@@ -146,7 +134,7 @@ TEST(ConstructFields, CarriesOutOfRangeFields)
                                              c.in.nanos, OrvFixedTimezoneGetUTC()),
                   nullptr);
         SCOPED_TRACE(testing::Message() << c.in.year << "-" << c.in.month << "-" << c.in.day);
-        ExpectFields(d, c.out);
+        EXPECT_TRUE(FieldsAre(d, c.out));
         EXPECT_TRUE(d.normalized);
         EXPECT_FALSE(OrvDateTimeIsFloating(&d));
         OrvDateTimeDestruct(&d);
@@ -186,7 +174,7 @@ TEST(ConstructFields, DateOutsideTheInstantRangeKeepsItsFields)
 {
     OrvDateTime d;
     ASSERT_NE(OrvDateTimeConstructFields(&d, 3000, 1, 1, 0, 0, 0, 0, OrvFixedTimezoneGetUTC()), nullptr);
-    ExpectFields(d, {3000, 1, 1, 0, 0, 0, 0});
+    EXPECT_TRUE(FieldsAre(d, {3000, 1, 1, 0, 0, 0, 0}));
     EXPECT_EQ(d.wallTime, ORV_TIME_INVALID);
     EXPECT_EQ(d.offset, 0);
     EXPECT_TRUE(d.normalized);

@@ -2,6 +2,7 @@
 // range, the two log lines, clock-change corrections and the normalization states.
 #include "Calendar/OrvDateTimeInternal.h"
 #include "support/CountingAllocator.h"
+#include "support/FieldsMatcher.h"
 #include "support/LogCapture.h"
 #include "support/TestZones.h"
 
@@ -13,24 +14,13 @@
 namespace {
 
 using orv::test::CountingAllocator;
+using orv::test::FieldsAre;
+using orv::test::Ymd;
 using orv::test::kHour;
 using orv::test::LogCapture;
 using orv::test::MakeTransitionZone;
 using orv::test::TransitionZoneRules;
 using orv::test::UtcInstant;
-
-struct Ymd {
-    OrvInt year, month, day, hour, min, sec, nanos;
-};
-
-::testing::AssertionResult FieldsAre(const OrvDateTime& d, const Ymd& e)
-{
-    if (d.year == e.year && d.month == e.month && d.monthDay == e.day && d.hour == e.hour && d.min == e.min &&
-        d.sec == e.sec && d.nanosec == e.nanos)
-        return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << "got " << d.year << "-" << d.month << "-" << d.monthDay << " " << d.hour
-                                         << ":" << d.min << ":" << d.sec << "." << d.nanosec;
-}
 
 // A fixed zone at any offset, counted, from the test allocator.
 struct FixedZone {

@@ -81,7 +81,7 @@ std::vector<std::string> AllIds()
 }
 
 // A writer of small TZif files, so the reader can be fed exactly what a test needs.
-struct TzifSpec {
+struct TzifLayout {
     char version = '2'; // '\0' for version 1
     std::vector<std::int64_t> times{};
     std::vector<unsigned char> typeIndexes{};
@@ -95,7 +95,7 @@ void PutBe32(Bytes* out, std::uint32_t v)
     for (int shift = 24; shift >= 0; shift -= 8) out->push_back(static_cast<unsigned char>(v >> shift));
 }
 
-void PutBlock(Bytes* out, const TzifSpec& s, int timeSize)
+void PutBlock(Bytes* out, const TzifLayout& s, int timeSize)
 {
     const auto types = static_cast<std::uint32_t>(s.offsets.size());
     out->insert(out->end(), {'T', 'Z', 'i', 'f', static_cast<unsigned char>(s.version)});
@@ -120,7 +120,7 @@ void PutBlock(Bytes* out, const TzifSpec& s, int timeSize)
     out->insert(out->end(), 2 * s.offsets.size(), 0);
 }
 
-Bytes MakeTzif(const TzifSpec& s)
+Bytes MakeTzif(const TzifLayout& s)
 {
     Bytes out;
     if (s.version == '\0') {
@@ -128,7 +128,7 @@ Bytes MakeTzif(const TzifSpec& s)
         return out;
     }
     // The 32-bit block of a version 2+ file: one type, nothing else.
-    PutBlock(&out, TzifSpec{.version = s.version, .offsets = {s.offsets[0]}}, 4);
+    PutBlock(&out, TzifLayout{.version = s.version, .offsets = {s.offsets[0]}}, 4);
     PutBlock(&out, s, 8);
     out.push_back('\n');
     out.insert(out.end(), s.footer.begin(), s.footer.end());
@@ -250,7 +250,7 @@ TEST(TzdbFiles, OffsetsOfMadeUpZones)
 {
     struct Case {
         const char* what;
-        TzifSpec spec;
+        TzifLayout layout;
         const char* rule; // instead of a file, when set
         std::vector<std::pair<std::int64_t, OrvTime>> want;
     };
@@ -283,7 +283,7 @@ TEST(TzdbFiles, OffsetsOfMadeUpZones)
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        const Zone z = c.rule != nullptr ? Zone(Posix{c.rule}) : Zone(MakeTzif(c.spec));
+        const Zone z = c.rule != nullptr ? Zone(Posix{c.rule}) : Zone(MakeTzif(c.layout));
         ASSERT_TRUE(z.ok);
         for (const auto& [t, offset] : c.want) EXPECT_EQ(z.At(t), offset) << "at " << t;
         if (c.rule != nullptr) {
@@ -388,7 +388,7 @@ TEST(TzdbBadInput, EveryTruncationOfARealFileIsRefused)
 
 TEST(TzdbBadInput, CorruptHeadersTablesAndFooters)
 {
-    const TzifSpec good{.times = {0, 1000}, .typeIndexes = {1, 0}, .offsets = {3600, 7200}, .footer = "CET-1"};
+    const TzifLayout good{.times = {0, 1000}, .typeIndexes = {1, 0}, .offsets = {3600, 7200}, .footer = "CET-1"};
     ASSERT_TRUE(Zone(MakeTzif(good)).ok); // the baseline parses, so each refusal below is the damage's doing
     // The 64-bit header follows a 32-bit block with one type and no transitions.
     constexpr std::size_t h2 = 44 + 6 + 4 + 2;
@@ -434,7 +434,7 @@ TEST(TzdbBadInput, CorruptHeadersTablesAndFooters)
     bytes.pop_back();
     bytes.insert(bytes.end(), {'C', 'E', 'T', '-', '1', '\n'});
     EXPECT_FALSE(Zone(bytes).ok) << "two rules on two lines";
-    TzifSpec leap{.footer = "UTC0", .leapCount = 2};
+    TzifLayout leap{.footer = "UTC0", .leapCount = 2};
     EXPECT_FALSE(Zone(MakeTzif(leap)).ok) << "leap seconds";
     if (access((DatabaseDir() + "/right/UTC").c_str(), R_OK) == 0) {
         EXPECT_FALSE(Zone("right/UTC").ok);
@@ -466,7 +466,7 @@ TEST(TzdbBadInput, PosixRules)
         "CET-1CEST,J0,J365", "CET-1CEST,366,J365", "CET-1CEST,M3.5.0,M10.5.0x", "CET-1 ", "CET-0001",
     };
     // A file carrying a rule in its footer stands or falls with it.
-    const auto inFooter = [](const char* rule) { return Zone(MakeTzif(TzifSpec{.footer = rule})).ok; };
+    const auto inFooter = [](const char* rule) { return Zone(MakeTzif(TzifLayout{.footer = rule})).ok; };
     orv::tzdb::PosixRule rule;
     for (const Good& g : good) {
         ASSERT_TRUE(orv::tzdb::ParsePosixRule(g.text, std::strlen(g.text), &rule)) << g.text;
