@@ -74,4 +74,4 @@ OrvBool OrvDateTimeSetWallTime(OrvDateTime* d, OrvTime t)
     return ORV_TRUE;
 }
 
-OrvBool OrvDateTimeIsUTC(const OrvDateTime* d) { return OrvFixedTimezoneIsGlobalUTC(&d->tz); }
+OrvBool OrvDateTimeIsUTC(const OrvDateTime* d) { return orv::detail::IsGlobalUtc(&d->tz) ? ORV_TRUE : ORV_FALSE; }

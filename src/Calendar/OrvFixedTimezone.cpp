@@ -33,7 +33,7 @@ OrvTimezone* OrvFixedTimezoneGetUTC(void) { return &gUtc; }
 
 OrvBool OrvFixedTimezoneIsGlobalUTC(const OrvTimezone* tz)
 {
-    return tz->impl.ptr == &gUtcZone.base ? ORV_TRUE : ORV_FALSE;
+    return orv::detail::IsGlobalUtc(tz) ? ORV_TRUE : ORV_FALSE;
 }
 
 OrvTimezone* OrvFixedTimezoneConstruct(OrvTimezone* tz, OrvTime offset, OrvAllocator* a)
