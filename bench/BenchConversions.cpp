@@ -1,6 +1,6 @@
 // Instant <-> fields conversions against glibc and std::chrono, over a fixed pseudo-random
 // spread of instants across the whole instant range (1677-2262).
-#include "Calendar/OrvDateTimeInternal.h"
+#include "Calendar/OrvDateTimeInternal.hpp"
 #include "RatioReporter.h"
 
 #include <chrono>

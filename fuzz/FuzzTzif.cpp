@@ -1,8 +1,8 @@
 // Arbitrary bytes into the zone readers: as a whole TZif file, and as a POSIX TZ rule.
 // Whatever is accepted must answer both offset queries at assorted instants and
 // readings, and give back every byte it allocated.
-#include "Calendar/OrvTzdbTimezoneInternal.hpp"
-#include "Calendar/TzifReader.hpp"
+#include "Timezone/TzdbZone.hpp"
+#include "Timezone/TzifFile.hpp"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // Construction, copy, assignment and release of date-time values, with the zone's
 // reference counts watched through a counting allocator and a counted test zone.
-#include "Calendar/OrvDateTimeInternal.h"
+#include "Calendar/OrvDateTimeInternal.hpp"
 #include "support/CountingAllocator.h"
 #include "support/FieldsMatcher.h"
 #include "support/TestZones.h"

@@ -1,6 +1,6 @@
 // Instant-to-fields and fields-to-instant conversions at both ends of the instant
 // range, the two log lines, clock-change corrections and the normalization states.
-#include "Calendar/OrvDateTimeInternal.h"
+#include "Calendar/OrvDateTimeInternal.hpp"
 #include "support/CountingAllocator.h"
 #include "support/FieldsMatcher.h"
 #include "support/LogCapture.h"

@@ -1,7 +1,7 @@
 // The text form YYYYMMDDTHHMMSS[Z]: writing, what the reader accepts and refuses, the
 // zone a built or replaced value ends in, the exact restore after a refused
 // replacement, and the two-letter weekday codes.
-#include "Calendar/OrvDateTimeInternal.h"
+#include "Calendar/OrvDateTimeInternal.hpp"
 #include "Orv/Utils/OrvCLib.h"
 #include "support/CountingAllocator.h"
 #include "support/TestZones.h"

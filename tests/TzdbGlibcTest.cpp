@@ -3,7 +3,7 @@
 // one second either side) and at random instants from 1900 to 2100. The readings must
 // look up consistently: an instant's reading to its offset, and the readings at the
 // edges of each change as skipped or repeated between the old and the new offset.
-#include "Calendar/OrvTzdbTimezoneInternal.hpp"
+#include "Timezone/TzdbZone.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,8 @@
 // Zones of the compiled database: gap and overlap policy on real zones, the TZif and
 // rule readers on made-up files, bad input, allocation failure and the local zone.
-#include "Calendar/OrvTzdbTimezoneInternal.hpp"
-#include "Calendar/TzifReader.hpp"
+#include "Timezone/TzdbDatabase.hpp"
+#include "Timezone/TzdbZone.hpp"
+#include "Timezone/TzifFile.hpp"
 #include "Orv/Calendar/OrvDateTime.h"
 #include "support/CountingAllocator.h"
 

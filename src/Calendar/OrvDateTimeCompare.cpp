@@ -1,6 +1,6 @@
 // Equality and ordering of date-time values: by instant, and by the calendar fields
 // read in UTC when either value has no usable instant.
-#include "OrvDateTimeInternal.h"
+#include "Calendar/OrvDateTimeInternal.hpp"
 
 namespace {
 

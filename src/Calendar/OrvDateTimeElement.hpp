@@ -3,7 +3,7 @@
 #ifndef ORV_SRC_CALENDAR_ORVDATETIMEELEMENT_HPP
 #define ORV_SRC_CALENDAR_ORVDATETIMEELEMENT_HPP
 
-#include "OrvDateTimeInternal.h"
+#include "Calendar/OrvDateTimeInternal.hpp"
 
 namespace orv::detail {
 

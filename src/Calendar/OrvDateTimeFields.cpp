@@ -1,8 +1,8 @@
 // Field access of date-time values: reading, setting and adding to one field through
 // a selector, including the derived day of week, week numbers and day of year.
-#include "CalendarMath.hpp"
-#include "OrvDateTimeInternal.h"
-#include "OrvDateTimeWeeks.h"
+#include "Calendar/CalendarMath.hpp"
+#include "Calendar/OrvDateTimeInternal.hpp"
+#include "Calendar/OrvDateTimeWeeks.hpp"
 
 #include <limits>
 

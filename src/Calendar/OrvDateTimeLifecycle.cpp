@@ -1,6 +1,6 @@
 // Construction, copy, assignment and release of date-time values, and the accessors of
 // their zone and week settings.
-#include "OrvDateTimeInternal.h"
+#include "Calendar/OrvDateTimeInternal.hpp"
 
 #include "Orv/Calendar/OrvTimezoneInline.h"
 

@@ -1,8 +1,8 @@
 // Calendar arithmetic of date-time values: fields from the instant, carrying fields into
 // range, the instant from the fields, and the normalization every reader calls first.
 // The module's only log lines are written here.
-#include "CalendarMath.hpp"
-#include "OrvDateTimeInternal.h"
+#include "Calendar/CalendarMath.hpp"
+#include "Calendar/OrvDateTimeInternal.hpp"
 
 #include "Orv/Calendar/OrvTimezoneInline.h"
 #include "Orv/Os/OrvLog.h"

@@ -1,7 +1,7 @@
 // The bounds of every field: in general, and for the month and year of one value.
-#include "CalendarMath.hpp"
-#include "OrvDateTimeInternal.h"
-#include "OrvDateTimeWeeks.h"
+#include "Calendar/CalendarMath.hpp"
+#include "Calendar/OrvDateTimeInternal.hpp"
+#include "Calendar/OrvDateTimeWeeks.hpp"
 
 namespace {
 

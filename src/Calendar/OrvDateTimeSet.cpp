@@ -1,7 +1,7 @@
 // OrvSet_OrvDateTime: the library's AVL set instantiated for date-time values, ordered
 // by OrvDateTimeLess.
-#include "../Containers/AvlSet.hpp"
-#include "OrvDateTimeElement.hpp"
+#include "Containers/AvlSet.hpp"
+#include "Calendar/OrvDateTimeElement.hpp"
 
 #include <cstddef>
 

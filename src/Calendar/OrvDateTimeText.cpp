@@ -5,10 +5,10 @@
 // letters, each field filling its width, and every field already in range. The
 // range check is done by normalizing and requiring that nothing moved, so the zone
 // has its say too (a local time it skips is refused).
-#include "OrvDateTimeInternal.h"
+#include "Calendar/OrvDateTimeInternal.hpp"
 
 #include "Orv/Utils/OrvCLib.h"
-#include "../Utils/OrvCLibInline.hpp"
+#include "Utils/OrvCLibInline.hpp"
 
 namespace {
 

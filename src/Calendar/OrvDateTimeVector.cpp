@@ -1,6 +1,6 @@
 // OrvVector_OrvDateTime: the library's vector instantiated for date-time values.
-#include "../Containers/Vector.hpp"
-#include "OrvDateTimeElement.hpp"
+#include "Containers/Vector.hpp"
+#include "Calendar/OrvDateTimeElement.hpp"
 
 #include <cstddef>
 

@@ -1,6 +1,6 @@
 // The zone of a date-time value, its offset and its instant: moving a value to another
 // zone keeps the local reading; setting the instant keeps the zone.
-#include "OrvDateTimeInternal.h"
+#include "Calendar/OrvDateTimeInternal.hpp"
 
 #include "Orv/Calendar/OrvTimezoneInline.h"
 

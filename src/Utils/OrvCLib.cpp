@@ -2,7 +2,7 @@
 // (parsing and comparing short fields) pay for no locale look-up.
 #include "Orv/Utils/OrvCLib.h"
 
-#include "OrvCLibInline.hpp"
+#include "Utils/OrvCLibInline.hpp"
 
 #include <cstring>
 

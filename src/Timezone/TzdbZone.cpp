@@ -1,6 +1,6 @@
-// Zones of the compiled time-zone database.
+// The table of a database zone.
 //
-// At construction a zone file is read, validated (TzifReader) and flattened into one
+// At construction a zone file is read, validated (TzifFile) and flattened into one
 // table of (instant, offset from then on) covering the whole OrvTime range: the
 // file's own transitions, then those its footer rule produces up to the end of the
 // range. The table lives in the same allocator block as the zone object, with two
@@ -16,23 +16,16 @@
 // A change from offset `before` to `after` at instant T affects the local readings
 // [T + min(before, after), T + max(before, after)): skipped when after > before,
 // repeated when after < before.
-#include "OrvTzdbTimezoneInternal.hpp"
+#include "Timezone/TzdbZone.hpp"
 
-#include "CalendarMath.hpp"
-#include "TzifReader.hpp"
+#include "Calendar/CalendarMath.hpp"
 
 #include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <new>
-
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace orv::tzdb {
 
@@ -45,8 +38,6 @@ constexpr std::int64_t kMaxSecond = 9223372036;
 // Years the footer rule is unrolled for: a little beyond both ends of the range.
 constexpr std::int64_t kFirstRuleYear = 1676;
 constexpr std::int64_t kLastRuleYear = 2263;
-// A zone file is a few kilobytes; anything near this is not one.
-constexpr off_t kMaxFileSize = 1 << 20;
 
 // Buckets split the signed 64-bit line into 512 equal spans of 2^55 ns (about 1.14
 // years), so a bucket holds at most a few changes of a real zone.
@@ -70,6 +61,8 @@ OrvTime SaturatingAdd(OrvTime a, OrvTime b)
     return r;
 }
 
+} // namespace
+
 struct Transition {
     OrvTime at;
     OrvTime offset;
@@ -87,6 +80,8 @@ struct TzdbZone {
     std::uint32_t localIndex[kBuckets + 1];
     char id[ORV_TZDB_ID_MAX + 1];
 };
+
+namespace {
 
 constexpr std::size_t kTableOffset = (sizeof(TzdbZone) + alignof(Transition) - 1) / alignof(Transition) *
                                      alignof(Transition);
@@ -171,12 +166,6 @@ void TzdbDelete(OrvVoidPtr obj, OrvAllocator* a)
 {
     auto* z = static_cast<TzdbZone*>(obj);
     OrvAllocatorDeallocate(a, z, z->blockSize);
-}
-
-const TzdbZone* AsTzdbZone(const OrvTimezone* tz)
-{
-    if (tz == nullptr || tz->impl.ptr == nullptr || tz->impl.ptr->plugIn != &kTzdbPlugIn) return nullptr;
-    return reinterpret_cast<const TzdbZone*>(tz->impl.ptr);
 }
 
 // ---------------------------------------------------------------------------------
@@ -301,6 +290,8 @@ void BuildIndex(std::uint32_t n, std::uint32_t* index, const OrvTime* keys, std:
     index[kBuckets] = n - 1;
 }
 
+} // namespace
+
 OrvTimezone* BuildZone(OrvTimezone* tz, const TzifFile& f, const char* id, OrvAllocator* a)
 {
     const std::uint32_t capacity = ScratchCapacity(f);
@@ -347,130 +338,43 @@ OrvTimezone* BuildZone(OrvTimezone* tz, const TzifFile& f, const char* id, OrvAl
     return tz;
 }
 
-// ---------------------------------------------------------------------------------
-// Files
-// ---------------------------------------------------------------------------------
 
-const char* DatabaseDir()
+const TzdbZone* AsTzdbZone(const OrvTimezone* tz)
 {
-    const char* dir = std::getenv("TZDIR");
-    return (dir != nullptr && dir[0] != '\0') ? dir : "/usr/share/zoneinfo";
+    if (tz == nullptr || tz->impl.ptr == nullptr || tz->impl.ptr->plugIn != &kTzdbPlugIn) return nullptr;
+    return reinterpret_cast<const TzdbZone*>(tz->impl.ptr);
 }
 
-// Reads the regular file at path with the allocator and builds the zone from it.
-OrvTimezone* ConstructFromFile(OrvTimezone* tz, const char* path, const char* id, OrvAllocator* a)
-{
-    const int fd = open(path, O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return nullptr;
-    struct stat st {};
-    if (fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || st.st_size <= 0 || st.st_size > kMaxFileSize) {
-        close(fd);
-        return nullptr;
-    }
-    const auto size = static_cast<std::size_t>(st.st_size);
-    auto* bytes = static_cast<unsigned char*>(OrvAllocatorAllocate(a, size));
-    if (bytes == nullptr) {
-        close(fd);
-        return nullptr;
-    }
-    std::size_t got = 0;
-    while (got < size) {
-        const ssize_t r = read(fd, bytes + got, size - got);
-        if (r <= 0) break;
-        got += static_cast<std::size_t>(r);
-    }
-    close(fd);
-    OrvTimezone* result = got == size ? ConstructFromBytes(tz, bytes, size, id, a) : nullptr;
-    OrvAllocatorDeallocate(a, bytes, size);
-    return result;
-}
+const char* ZoneId(const TzdbZone* z) { return z->id; }
 
-// dir + "/" + rel into out (PATH_MAX bytes); false when it does not fit.
-bool JoinPath(char* out, const char* dir, const char* rel)
+OrvTzdbLookup LookupLocal(const TzdbZone* z, OrvInt year, OrvInt month, OrvInt day, OrvInt hour, OrvInt minute,
+                          OrvInt second)
 {
-    const std::size_t dl = std::strlen(dir);
-    const std::size_t rl = std::strlen(rel);
-    if (dl + 1 + rl + 1 > PATH_MAX) return false;
-    std::memcpy(out, dir, dl);
-    out[dl] = '/';
-    std::memcpy(out + dl + 1, rel, rl + 1);
-    return true;
-}
-
-bool StartsWithTzif(const char* path)
-{
-    const int fd = open(path, O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return false;
-    char magic[4] = {};
-    const ssize_t r = read(fd, magic, sizeof magic);
-    close(fd);
-    return r == static_cast<ssize_t>(sizeof magic) && std::memcmp(magic, "TZif", 4) == 0;
-}
-
-// True when path, links followed, is a file under the folder root (already resolved).
-bool ResolvesInside(const char* path, const char* root)
-{
-    char resolved[PATH_MAX];
-    if (realpath(path, resolved) == nullptr) return false;
-    const std::size_t rootLen = std::strlen(root);
-    return std::strncmp(resolved, root, rootLen) == 0 && (resolved[rootLen] == '/' || (rootLen == 1 && root[0] == '/'));
-}
-
-// Walks dir/rel (rel empty at the top); false when fn asked to stop.
-bool WalkIds(char* path, std::size_t dirLen, std::size_t relLen, int depth, const char* root, OrvTzdbIdCallback fn,
-             OrvVoidPtr user)
-{
-    DIR* d = opendir(path);
-    if (d == nullptr) return true;
-    bool goOn = true;
-    while (goOn) {
-        const dirent* e = readdir(d);
-        if (e == nullptr) break;
-        const char* name = e->d_name;
-        if (name[0] == '.') continue;
-        if (depth == 0 && (std::strcmp(name, "posix") == 0 || std::strcmp(name, "right") == 0 ||
-                           std::strcmp(name, "localtime") == 0 || std::strcmp(name, "posixrules") == 0))
-            continue;
-        const std::size_t nameLen = std::strlen(name);
-        const std::size_t curLen = relLen == 0 ? dirLen : dirLen + 1 + relLen; // path's length now
-        const std::size_t childRel = relLen == 0 ? nameLen : relLen + 1 + nameLen;
-        if (curLen + 1 + nameLen + 1 > PATH_MAX || childRel > ORV_TZDB_ID_MAX) continue;
-        path[curLen] = '/';
-        std::memcpy(path + curLen + 1, name, nameLen + 1);
-        struct stat st {};
-        if (stat(path, &st) == 0) {
-            if (S_ISDIR(st.st_mode)) {
-                if (depth < 8) goOn = WalkIds(path, dirLen, childRel, depth + 1, root, fn, user);
-            } else if (S_ISREG(st.st_mode) && ResolvesInside(path, root) && StartsWithTzif(path)) {
-                goOn = fn(path + dirLen + 1, user) != ORV_FALSE;
-            }
-        }
-        path[curLen] = '\0';
-    }
-    closedir(d);
-    return goOn;
-}
-
-} // namespace
-
-bool IsValidZoneId(const char* id)
-{
-    if (id == nullptr || id[0] == '\0' || id[0] == '/') return false;
-    std::size_t componentStart = 0;
-    std::size_t i = 0;
-    for (;; ++i) {
-        const auto c = static_cast<unsigned char>(id[i]);
-        if (i > ORV_TZDB_ID_MAX) return false;
-        if (c == '/' || c == '\0') {
-            const std::size_t len = i - componentStart;
-            if (len == 0) return false;
-            if (id[componentStart] == '.' && (len == 1 || (len == 2 && id[componentStart + 1] == '.'))) return false;
-            if (c == '\0') return true;
-            componentStart = i + 1;
-        } else if (c < 0x20 || c == 0x7f) {
-            return false;
+    const OrvTime local = LocalReading(year, month, day, hour, minute, second, 0);
+    const std::uint32_t i = FindByLocal(z, local);
+    const Transition* tr = z->transitions;
+    OrvTzdbLookup r{ORV_TZDBLOOKUPKIND_Unique, tr[i].offset, tr[i].offset, ORV_TIME_INVALID};
+    if (i != 0) {
+        const OrvTime before = tr[i - 1].offset;
+        const OrvTime after = tr[i].offset;
+        if (local < SaturatingAdd(tr[i].at, std::max(before, after))) {
+            r.kind = after > before ? ORV_TZDBLOOKUPKIND_Skipped : ORV_TZDBLOOKUPKIND_Repeated;
+            r.offsetBefore = before;
+            r.transition = tr[i].at;
         }
     }
+    return r;
+}
+
+OrvTimezone* ConstructFromRule(OrvTimezone* tz, const char* rule, OrvAllocator* a)
+{
+    TzifFile f;
+    if (!ParsePosixRule(rule, std::strlen(rule), &f.rule)) return nullptr;
+    f.version = 0;
+    f.typeCount = 1;
+    f.utOffsets[0] = f.rule.stdOffset;
+    f.hasRule = true;
+    return BuildZone(tz, f, rule, a);
 }
 
 OrvTimezone* ConstructFromBytes(OrvTimezone* tz, const unsigned char* bytes, std::size_t size, const char* id,
@@ -498,110 +402,3 @@ bool TransitionAt(const OrvTimezone* tz, std::size_t i, OrvTime* at, OrvTime* of
 }
 
 } // namespace orv::tzdb
-
-using namespace orv::tzdb;
-
-OrvTimezone* OrvTzdbTimezoneConstruct(OrvTimezone* tz, const char* zoneId, OrvAllocator* a)
-{
-    if (tz == nullptr || a == nullptr || !IsValidZoneId(zoneId)) return nullptr;
-    char path[PATH_MAX];
-    char resolved[PATH_MAX];
-    char root[PATH_MAX];
-    if (!JoinPath(path, DatabaseDir(), zoneId)) return nullptr;
-    // Links inside the database are followed, but the file must stay inside it.
-    if (realpath(DatabaseDir(), root) == nullptr || !ResolvesInside(path, root)) return nullptr;
-    if (realpath(path, resolved) == nullptr) return nullptr;
-    return ConstructFromFile(tz, resolved, zoneId, a);
-}
-
-OrvTimezone* OrvTzdbTimezoneConstructPosix(OrvTimezone* tz, const char* rule, OrvAllocator* a)
-{
-    if (tz == nullptr || rule == nullptr || a == nullptr) return nullptr;
-    TzifFile f;
-    if (!ParsePosixRule(rule, std::strlen(rule), &f.rule)) return nullptr;
-    f.version = 0;
-    f.typeCount = 1;
-    f.utOffsets[0] = f.rule.stdOffset;
-    f.hasRule = true;
-    return BuildZone(tz, f, rule, a);
-}
-
-OrvTimezone* OrvTzdbTimezoneConstructLocal(OrvTimezone* tz, OrvAllocator* a)
-{
-    if (tz == nullptr || a == nullptr) return nullptr;
-    const char* env = std::getenv("TZ");
-    if (env != nullptr && env[0] == ':') ++env;
-    if (env != nullptr && env[0] != '\0') {
-        // Once TZ names something usable, its failures are the result: falling back to
-        // another zone would hide them.
-        struct stat st {};
-        char path[PATH_MAX];
-        if (env[0] == '/') {
-            if (stat(env, &st) == 0) return ConstructFromFile(tz, env, env, a);
-        } else if (IsValidZoneId(env) && JoinPath(path, DatabaseDir(), env) && stat(path, &st) == 0) {
-            return OrvTzdbTimezoneConstruct(tz, env, a);
-        } else {
-            PosixRule rule;
-            if (ParsePosixRule(env, std::strlen(env), &rule)) return OrvTzdbTimezoneConstructPosix(tz, env, a);
-        }
-    }
-    const char* localtime = "/etc/localtime";
-    struct stat st {};
-    if (stat(localtime, &st) != 0) return OrvTzdbTimezoneConstructPosix(tz, "UTC0", a);
-    // Name the zone after the database file the link points to, when it does.
-    char target[PATH_MAX] = {};
-    const char* id = "localtime";
-    const ssize_t len = readlink(localtime, target, sizeof target - 1);
-    if (len > 0) {
-        target[len] = '\0';
-        const char* marker = std::strstr(target, "zoneinfo/");
-        if (marker != nullptr && IsValidZoneId(marker + 9)) id = marker + 9;
-    }
-    return ConstructFromFile(tz, localtime, id, a);
-}
-
-OrvBool OrvTzdbTimezoneIs(const OrvTimezone* tz) { return AsTzdbZone(tz) != nullptr ? ORV_TRUE : ORV_FALSE; }
-
-const char* OrvTzdbTimezoneGetId(const OrvTimezone* tz)
-{
-    const TzdbZone* z = AsTzdbZone(tz);
-    return z != nullptr ? z->id : nullptr;
-}
-
-OrvBool OrvTzdbTimezoneLookup(const OrvTimezone* tz, OrvInt year, OrvInt month, OrvInt day, OrvInt hour,
-                              OrvInt minute, OrvInt second, OrvTzdbLookup* out)
-{
-    const TzdbZone* z = AsTzdbZone(tz);
-    if (z == nullptr || out == nullptr || month < 1 || month > 12) return ORV_FALSE;
-    const OrvTime local = LocalReading(year, month, day, hour, minute, second, 0);
-    const std::uint32_t i = FindByLocal(z, local);
-    const Transition* tr = z->transitions;
-    OrvTzdbLookup r{ORV_TZDBLOOKUPKIND_Unique, tr[i].offset, tr[i].offset, ORV_TIME_INVALID};
-    if (i != 0) {
-        const OrvTime before = tr[i - 1].offset;
-        const OrvTime after = tr[i].offset;
-        if (local < SaturatingAdd(tr[i].at, std::max(before, after))) {
-            r.kind = after > before ? ORV_TZDBLOOKUPKIND_Skipped : ORV_TZDBLOOKUPKIND_Repeated;
-            r.offsetBefore = before;
-            r.transition = tr[i].at;
-        }
-    }
-    *out = r;
-    return ORV_TRUE;
-}
-
-OrvBool OrvTzdbTimezoneForEachId(OrvTzdbIdCallback fn, OrvVoidPtr userData)
-{
-    if (fn == nullptr) return ORV_FALSE;
-    char path[PATH_MAX];
-    const char* dir = DatabaseDir();
-    const std::size_t dirLen = std::strlen(dir);
-    if (dirLen + 2 > PATH_MAX) return ORV_FALSE;
-    std::memcpy(path, dir, dirLen + 1);
-    char root[PATH_MAX];
-    if (realpath(dir, root) == nullptr) return ORV_FALSE;
-    struct stat st {};
-    if (stat(root, &st) != 0 || !S_ISDIR(st.st_mode)) return ORV_FALSE;
-    WalkIds(path, dirLen, 0, 0, root, fn, userData);
-    return ORV_TRUE;
-}

@@ -2,11 +2,11 @@
 // week settings. Inline, because field reads of consistent values are hot paths; the
 // field reader and the actual-maximum reader both use them. All of them read the
 // stored fields as they stand: callers normalize first.
-#ifndef ORV_SRC_CALENDAR_ORVDATETIMEWEEKS_H
-#define ORV_SRC_CALENDAR_ORVDATETIMEWEEKS_H
+#ifndef ORV_SRC_CALENDAR_ORVDATETIMEWEEKS_HPP
+#define ORV_SRC_CALENDAR_ORVDATETIMEWEEKS_HPP
 
-#include "CalendarMath.hpp"
-#include "OrvDateTimeInternal.h"
+#include "Calendar/CalendarMath.hpp"
+#include "Calendar/OrvDateTimeInternal.hpp"
 
 namespace orv::detail {
 
@@ -78,4 +78,4 @@ inline OrvInt OrvDateTimeCalculateWeekOfYear(const OrvDateTime* d)
 
 } // namespace orv::detail
 
-#endif // ORV_SRC_CALENDAR_ORVDATETIMEWEEKS_H
+#endif // ORV_SRC_CALENDAR_ORVDATETIMEWEEKS_HPP

@@ -1,9 +1,11 @@
 // Module-internal operations of the date-time value, shared by its source files (and
 // reachable by the tests and benchmarks, which link the library statically).
-#ifndef ORV_SRC_CALENDAR_ORVDATETIMEINTERNAL_H
-#define ORV_SRC_CALENDAR_ORVDATETIMEINTERNAL_H
+#ifndef ORV_SRC_CALENDAR_ORVDATETIMEINTERNAL_HPP
+#define ORV_SRC_CALENDAR_ORVDATETIMEINTERNAL_HPP
 
 #include "Orv/Calendar/OrvDateTime.h"
+
+#include "Timezone/GlobalUtc.hpp"
 
 extern "C" {
 
@@ -51,16 +53,10 @@ inline bool Less(const OrvDateTime* a, const OrvDateTime* b)
     return OrvDateTimeLess(a, b) != ORV_FALSE;
 }
 
-// The global UTC zone's object: its offset is 0 for every instant and every reading,
-// so the module need not ask it.
-extern OrvTimezoneImpl* const gGlobalUtcImpl;
-
-inline bool IsGlobalUtc(const OrvTimezone* tz) { return tz->impl.ptr == gGlobalUtcImpl; }
-
 // Takes the zone for a new value: tz, or the global UTC zone and floating when tz is
 // null; Monday and 4 for the week settings.
 void TakeZone(OrvDateTime* d, const OrvTimezone* tz);
 
 } // namespace orv::detail
 
-#endif // ORV_SRC_CALENDAR_ORVDATETIMEINTERNAL_H
+#endif // ORV_SRC_CALENDAR_ORVDATETIMEINTERNAL_HPP

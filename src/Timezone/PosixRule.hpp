@@ -1,12 +1,8 @@
-// Readers for the two formats of the compiled zone database: the binary TZif file
-// (versions 1 to 4) and the POSIX TZ rule it carries in its footer. Neither reader
-// allocates or keeps a pointer past the call except into the bytes it was given;
-// both refuse anything they do not fully understand. Times here are whole seconds,
-// offsets seconds east of UTC.
-#ifndef ORV_SRC_CALENDAR_TZIFREADER_HPP
-#define ORV_SRC_CALENDAR_TZIFREADER_HPP
-
-#include "Orv/Utils/SysDep/OrvBaseTypes.h"
+// POSIX TZ rules, as carried in the footer of a TZif file and in the TZ variable:
+// "std offset [dst [offset] [,start[/time],end[/time]]]". Times here are whole
+// seconds, offsets seconds east of UTC.
+#ifndef ORV_SRC_TIMEZONE_POSIXRULE_HPP
+#define ORV_SRC_TIMEZONE_POSIXRULE_HPP
 
 #include <cstddef>
 #include <cstdint>
@@ -53,32 +49,6 @@ void PosixRuleChangesInYear(const PosixRule& rule, std::int64_t year, std::int64
 // The offset the rule puts in force at UTC second t.
 std::int32_t PosixRuleOffsetAt(const PosixRule& rule, std::int64_t t);
 
-// A validated TZif file, still pointing into the caller's bytes. Only the newest data
-// block is described (the 64-bit one in version 2 and later files).
-struct TzifFile {
-    int version = 0;                           // 1..4
-    std::uint32_t timeCount = 0;               // transitions
-    std::uint32_t typeCount = 0;               // local time types, 1..256
-    int timeSize = 0;                          // 4 or 8 bytes per transition time
-    const unsigned char* times = nullptr;      // timeCount big-endian times, strictly ascending
-    const unsigned char* typeIndexes = nullptr; // timeCount bytes, each < typeCount
-    std::int32_t utOffsets[256] = {};          // per type, within [kMinUtOffset, kMaxUtOffset]
-    bool hasRule = false;                      // footer present and not empty
-    PosixRule rule;
-
-    std::int64_t TimeAt(std::uint32_t i) const;
-    std::int32_t OffsetAfter(std::uint32_t i) const { return utOffsets[typeIndexes[i]]; }
-};
-
-enum class TzifStatus {
-    Ok,
-    BadFormat,   // not TZif, truncated, absurd counts, out-of-range values, bad footer
-    LeapSeconds, // valid but carries leap-second records, which OrvTime cannot express
-};
-
-// Validates size bytes as a TZif file and describes it in *out.
-TzifStatus ReadTzif(const unsigned char* bytes, std::size_t size, TzifFile* out);
-
 } // namespace orv::tzdb
 
-#endif // ORV_SRC_CALENDAR_TZIFREADER_HPP
+#endif // ORV_SRC_TIMEZONE_POSIXRULE_HPP

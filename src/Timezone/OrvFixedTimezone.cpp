@@ -2,7 +2,7 @@
 // static object, so copying it touches no counter).
 #include "Orv/Calendar/OrvFixedTimezone.h"
 
-#include "OrvDateTimeInternal.h"
+#include "Timezone/GlobalUtc.hpp"
 
 namespace {
 

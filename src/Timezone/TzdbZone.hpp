@@ -1,0 +1,50 @@
+// The table of a database zone: built from a TZif file or a POSIX rule, and queried
+// by instant and by local reading. The zone object and its table share one block of
+// the caller's allocator.
+#ifndef ORV_SRC_TIMEZONE_TZDBZONE_HPP
+#define ORV_SRC_TIMEZONE_TZDBZONE_HPP
+
+#include "Orv/Calendar/OrvTzdbTimezone.h"
+
+#include "Timezone/TzifFile.hpp"
+
+#include <cstddef>
+
+namespace orv::tzdb {
+
+struct TzdbZone;
+
+// The database zone behind tz, or null when tz is not one.
+const TzdbZone* AsTzdbZone(const OrvTimezone* tz);
+
+// The zone's id as it was built (cut to ORV_TZDB_ID_MAX bytes).
+const char* ZoneId(const TzdbZone* z);
+
+// Classifies a local reading (month 1..12, other fields carried) against the table.
+OrvTzdbLookup LookupLocal(const TzdbZone* z, OrvInt year, OrvInt month, OrvInt day, OrvInt hour, OrvInt minute,
+                          OrvInt second);
+
+// A zone from a validated file, named id. Null, with nothing held, when an
+// allocation fails.
+OrvTimezone* BuildZone(OrvTimezone* tz, const TzifFile& f, const char* id, OrvAllocator* a);
+
+// A zone from the bytes of a TZif file, named id. Null, with nothing held, when the
+// bytes are not a usable zone file or an allocation fails.
+OrvTimezone* ConstructFromBytes(OrvTimezone* tz, const unsigned char* bytes, std::size_t size, const char* id,
+                                OrvAllocator* a);
+
+// A zone from a POSIX rule alone, named after the rule. Null when the rule does not
+// parse or an allocation fails.
+OrvTimezone* ConstructFromRule(OrvTimezone* tz, const char* rule, OrvAllocator* a);
+
+// Number of table entries of a database zone (its transitions inside the OrvTime
+// range, plus one for the offset before the first); 0 for any other zone.
+std::size_t TransitionCount(const OrvTimezone* tz);
+
+// Entry i of that table: *at the instant of the change (INT64_MIN for entry 0), *offset
+// the offset from then on. False when i is out of range or tz is not such a zone.
+bool TransitionAt(const OrvTimezone* tz, std::size_t i, OrvTime* at, OrvTime* offset);
+
+} // namespace orv::tzdb
+
+#endif // ORV_SRC_TIMEZONE_TZDBZONE_HPP
