@@ -15,12 +15,19 @@
 
 namespace orv::cal {
 
-inline constexpr OrvInt kSecondsPerMinute = 60;
-inline constexpr OrvInt kMinutesPerHour = 60;
-inline constexpr OrvInt kHoursPerDay = 24;
+// The units, from the public nanosecond constants.
+inline constexpr OrvInt kNanosecondsPerSecond = ORV_TIME_NANOSECONDS_PER_SECOND;
+inline constexpr OrvInt kSecondsPerMinute = ORV_TIME_NANOSECONDS_PER_MINUTE / ORV_TIME_NANOSECONDS_PER_SECOND;
+inline constexpr OrvInt kSecondsPerHour = ORV_TIME_NANOSECONDS_PER_HOUR / ORV_TIME_NANOSECONDS_PER_SECOND;
+inline constexpr OrvInt kSecondsPerDay = ORV_TIME_NANOSECONDS_PER_DAY / ORV_TIME_NANOSECONDS_PER_SECOND;
+inline constexpr OrvInt kMinutesPerHour = kSecondsPerHour / kSecondsPerMinute;
+inline constexpr OrvInt kHoursPerDay = kSecondsPerDay / kSecondsPerHour;
+inline constexpr OrvInt kDaysPerWeek = 7;
 inline constexpr OrvInt kMonthsPerYear = 12;
-inline constexpr OrvInt kSecondsPerDay = 86400;
-inline constexpr OrvInt kNanosecondsPerSecond = 1000000000;
+// Whole seconds since the epoch whose first nanosecond is an OrvTime: the quotients of
+// the 64-bit limits by 10^9, rounded towards zero (+-9223372036).
+inline constexpr OrvInt64 kMaxInstantSecond = INT64_MAX / kNanosecondsPerSecond;
+inline constexpr OrvInt64 kMinInstantSecond = INT64_MIN / kNanosecondsPerSecond;
 inline constexpr OrvInt kDaysPer400Years = 146097;
 // Days from 0000-03-01 to 1970-01-01 (the shifted-year epoch of the day-count kernels).
 inline constexpr OrvInt kDaysFromMarch0000 = 719468;
@@ -72,6 +79,15 @@ constexpr T DivDownAndMod(T a, T b, T* mod)
     return q;
 }
 
+// a - b * floor(a / b) for b > 0, in [0, b - 1].
+template <std::signed_integral T>
+constexpr T FloorMod(T a, T b)
+{
+    T mod;
+    DivDownAndMod(a, b, &mod);
+    return mod;
+}
+
 // Carries whole multiples of base from *smaller into *larger, leaving *smaller in
 // [0, base - 1]. The caller picks T wide enough that *larger cannot overflow.
 template <std::signed_integral T>
@@ -79,12 +95,6 @@ constexpr void NormalizeAndCarry(T* larger, T* smaller, T base)
 {
     T largerDelta = DivDownAndMod(*smaller, base, smaller);
     *larger += largerDelta;
-}
-
-// Days from 1970-01-01 to 1 January of 1970 + y (negative before 1970).
-constexpr OrvInt64 EpochYearDays(OrvInt64 y)
-{
-    return 365 * y + DivDown<OrvInt64>(y + 1, 4) - DivDown<OrvInt64>(y + 69, 100) + DivDown<OrvInt64>(y + 369, 400);
 }
 
 // ---- day counts ----------------------------------------------------------------------
@@ -178,6 +188,31 @@ constexpr CivilDate64 CivilFromDays(OrvInt64 days)
     const OrvInt month = static_cast<OrvInt>(mp < 10 ? mp + 3 : mp - 9);       // [1, 12]
     return {yoe + era * 400 + (month <= 2), month, day};
 }
+
+// Days from 1970-01-01 to year-month-day with any month, carried into the year first
+// (month 13 is January of the next year, month 0 December of the year before), and any
+// day. Exact for |year| < 2^39.
+constexpr OrvInt64 DaysFromFields(OrvInt64 year, OrvInt64 month, OrvInt64 day)
+{
+    OrvInt64 month0;
+    year += DivDownAndMod<OrvInt64>(month - 1, kMonthsPerYear, &month0);
+    return DaysFromCivil(year, static_cast<OrvInt>(month0) + 1, day);
+}
+
+// Seconds since 1970-01-01T00:00 of a local reading, every field as it stands (carried
+// like DaysFromFields, no range required). |result| < 2^59 for 32-bit fields.
+constexpr OrvInt64 LocalSecondsFromFields(OrvInt64 year, OrvInt64 month, OrvInt64 day, OrvInt64 hour,
+                                          OrvInt64 minute, OrvInt64 second)
+{
+    return DaysFromFields(year, month, day) * kSecondsPerDay + hour * kSecondsPerHour + minute * kSecondsPerMinute +
+           second;
+}
+
+// The calendar year of a second since the epoch, any 64-bit second.
+constexpr OrvInt64 YearOfSecond(OrvInt64 t) { return CivilFromDays(DivDown<OrvInt64>(t, kSecondsPerDay)).year; }
+
+// 0 (Sunday) .. 6 (Saturday) of a day count; day 0, 1970-01-01, is a Thursday.
+constexpr OrvInt WeekdayOfDays(OrvInt64 days) { return static_cast<OrvInt>(FloorMod<OrvInt64>(days + 4, kDaysPerWeek)); }
 
 // Floor division and remainder without a data-dependent branch (instants are as often
 // negative as not, so a branch would mispredict half the time).

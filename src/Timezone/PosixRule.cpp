@@ -7,8 +7,7 @@ namespace orv::tzdb {
 
 namespace {
 
-constexpr std::int32_t kSecondsPerHour = 3600;
-constexpr std::int64_t kSecondsPerDay = cal::kSecondsPerDay;
+using cal::kSecondsPerHour;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsAlpha(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
@@ -124,10 +123,7 @@ std::int64_t RuleDay(const PosixRuleDate& d, std::int64_t year)
         break;
     }
     const std::int64_t first = cal::DaysFromCivil(year, d.month, 1);
-    std::int64_t firstWeekday = 0;                             // 0 = Sunday
-    cal::DivDownAndMod<std::int64_t>(first + 4, 7, &firstWeekday); // 1970-01-01 was a Thursday
-    std::int64_t delta = 0;
-    cal::DivDownAndMod<std::int64_t>(d.weekday - firstWeekday, 7, &delta);
+    const std::int64_t delta = cal::FloorMod(d.weekday - cal::WeekdayOfDays(first), cal::kDaysPerWeek);
     std::int64_t monthDay = 1 + delta + 7 * (d.week - 1); // [1, 35]
     const std::int64_t length = cal::monthLengths[cal::IsLeap(year)][d.month - 1];
     while (monthDay > length) monthDay -= 7; // week 5 means the last such weekday
@@ -168,8 +164,8 @@ bool ParsePosixRule(const char* text, std::size_t len, PosixRule* out)
 
 void PosixRuleChangesInYear(const PosixRule& rule, std::int64_t year, std::int64_t* toDst, std::int64_t* toStd)
 {
-    *toDst = RuleDay(rule.start, year) * kSecondsPerDay + rule.start.time - rule.stdOffset;
-    *toStd = RuleDay(rule.end, year) * kSecondsPerDay + rule.end.time - rule.dstOffset;
+    *toDst = RuleDay(rule.start, year) * cal::kSecondsPerDay + rule.start.time - rule.stdOffset;
+    *toStd = RuleDay(rule.end, year) * cal::kSecondsPerDay + rule.end.time - rule.dstOffset;
 }
 
 std::int32_t PosixRuleOffsetAt(const PosixRule& rule, std::int64_t t)
@@ -177,7 +173,7 @@ std::int32_t PosixRuleOffsetAt(const PosixRule& rule, std::int64_t t)
     if (!rule.hasDst) return rule.stdOffset;
     // The changes of the year before, this year and the next bracket t (each change
     // lies within a week of its own year); the latest one at or before t wins.
-    const std::int64_t year = cal::CivilFromDays(cal::DivDown<std::int64_t>(t, kSecondsPerDay)).year;
+    const std::int64_t year = cal::YearOfSecond(t);
     std::int64_t best = INT64_MIN;
     std::int32_t offset = rule.stdOffset;
     for (std::int64_t y = year - 1; y <= year + 1; ++y) {

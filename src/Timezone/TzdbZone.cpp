@@ -33,8 +33,8 @@ namespace {
 
 constexpr OrvTime kNsPerSecond = ORV_TIME_NANOSECONDS_PER_SECOND;
 // Whole seconds whose first nanosecond is an OrvTime.
-constexpr std::int64_t kMinSecond = -9223372036;
-constexpr std::int64_t kMaxSecond = 9223372036;
+constexpr std::int64_t kMinSecond = cal::kMinInstantSecond;
+constexpr std::int64_t kMaxSecond = cal::kMaxInstantSecond;
 // Years the footer rule is unrolled for: a little beyond both ends of the range.
 constexpr std::int64_t kFirstRuleYear = 1676;
 constexpr std::int64_t kLastRuleYear = 2263;
@@ -121,15 +121,7 @@ std::uint32_t FindByLocal(const TzdbZone* z, OrvTime local)
 OrvTime LocalReading(OrvInt year, OrvInt month, OrvInt day, OrvInt hour, OrvInt minute, OrvInt second,
                      OrvTime nanosecs)
 {
-    std::int64_t y = year;
-    if (month < 1 || month > cal::kMonthsPerYear) { // the date-time module never asks this
-        std::int64_t m0 = std::int64_t{month} - 1;
-        y += cal::DivDownAndMod<std::int64_t>(m0, cal::kMonthsPerYear, &m0);
-        month = static_cast<OrvInt>(m0 + 1);
-    }
-    const std::int64_t days = cal::DaysFromCivil(y, month, day); // |days| < 2^40
-    const std::int64_t secs = days * cal::kSecondsPerDay + std::int64_t{hour} * 3600 + std::int64_t{minute} * 60 +
-                              second;
+    const std::int64_t secs = cal::LocalSecondsFromFields(year, month, day, hour, minute, second);
     if (secs > kMaxSecond + 1) return INT64_MAX;
     if (secs < kMinSecond - 1) return INT64_MIN;
     return SaturatingAdd(secs * kNsPerSecond, nanosecs);
@@ -214,11 +206,6 @@ private:
     std::uint32_t n_ = 0;
 };
 
-std::int64_t YearOfSecond(std::int64_t t)
-{
-    return cal::CivilFromDays(cal::DivDown<std::int64_t>(t, cal::kSecondsPerDay)).year;
-}
-
 // The years whose rule changes can fall after `after` and inside the range.
 void RuleYears(const TzifFile& f, std::int64_t* first, std::int64_t* last)
 {
@@ -229,7 +216,7 @@ void RuleYears(const TzifFile& f, std::int64_t* first, std::int64_t* last)
     if (tLast > kMaxSecond) {
         *first = *last + 1; // nothing to add
     } else if (tLast > kMinSecond) {
-        *first = std::max(*first, YearOfSecond(tLast) - 1);
+        *first = std::max(*first, cal::YearOfSecond(tLast) - 1);
     }
 }
 
