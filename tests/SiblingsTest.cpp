@@ -111,6 +111,29 @@ TEST(TimezoneHandle, AssignAndSwapMoveCountsOnlyWhenBlocksDiffer)
     EXPECT_EQ(alloc.liveBlocks(), 0u);
 }
 
+// The documented order of an assignment between different blocks: the old zone is
+// released (its deleter runs) before the new zone's count is raised.
+TEST(TimezoneHandle, AssignReleasesTheOldReferenceBeforeTakingTheNew)
+{
+    static const OrvTimezone* incoming = nullptr;
+    static OrvInt incomingUsesAtDelete = -1;
+    static OrvTimezoneImpl impl{nullptr}; // never asked for an offset
+    CountingAllocator alloc;
+    OrvTimezone tz, other;
+    ASSERT_NE(OrvTimezoneConstruct(&tz, &impl, alloc.get(),
+                                   [](OrvVoidPtr, OrvAllocator*) { incomingUsesAtDelete = OrvTimezoneGetUseCount(incoming); }),
+              nullptr);
+    ASSERT_NE(orv::test::MakeTransitionZone(&other, {}, alloc.get()), nullptr);
+    incoming = &other;
+    EXPECT_EQ(OrvTimezoneAssign(&tz, &other), &tz);
+    EXPECT_EQ(incomingUsesAtDelete, 1);
+    EXPECT_EQ(OrvTimezoneGetUseCount(&other), 2);
+    EXPECT_TRUE(OrvTimezoneEqual(&tz, &other));
+    OrvTimezoneDestruct(&tz);
+    OrvTimezoneDestruct(&other);
+    EXPECT_EQ(alloc.liveBlocks(), 0u);
+}
+
 TEST(TimezoneHandle, CountsStayExactAcrossThreads)
 {
     CountingAllocator alloc;

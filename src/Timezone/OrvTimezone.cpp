@@ -43,12 +43,11 @@ OrvTimezone* OrvTimezoneAssign(OrvTimezone* tz, const OrvTimezone* orig)
         tz->impl.a = orig->impl.a;
         return tz;
     }
-    // Take the new reference before dropping the old one: orig may be kept alive
-    // only by tz (orig pointing into an object that tz's zone owns).
-    OrvSharedPtr_OrvTimezoneImpl incoming = orig->impl;
-    if (incoming.ref != nullptr) OrvSharedPtrRefCountIncUseCount(incoming.ref);
+    // The old reference goes first (its deleter may run here); orig is read only after
+    // it, which the header makes the caller's guarantee.
     OrvTimezoneDestruct(tz);
-    tz->impl = incoming;
+    tz->impl = orig->impl;
+    if (tz->impl.ref != nullptr) OrvSharedPtrRefCountIncUseCount(tz->impl.ref);
     return tz;
 }
 

@@ -77,8 +77,16 @@ ORV_API OrvTimezone* OrvTimezoneConstructCopy(OrvTimezone* tz, const OrvTimezone
 /** Drops tz's reference: at the last one the deleter runs and the block is freed.
  *  The handle's members are left as they were. */
 ORV_API void OrvTimezoneDestruct(OrvTimezone* tz);
-/** Makes tz refer to orig's zone. No count changes when both share a count block
- *  (or both have none); otherwise tz's old reference is dropped first. Returns tz. */
+/** Makes tz refer to orig's zone. Returns tz.
+ *  When both handles have the same count block, or both have none, tz takes orig's
+ *  zone object, allocator and deleter and no count changes. Otherwise tz's old
+ *  reference is dropped first, exactly as OrvTimezoneDestruct drops it (the old
+ *  zone's deleter may run), and only then does tz take all of orig's members and one
+ *  more use reference of orig's block.
+ *  The caller guarantees that orig, and the zone it refers to, survive the release of
+ *  tz's old zone: orig must not be stored in memory that the old zone's deleter frees,
+ *  nor be kept alive only by the old zone. When that cannot be ruled out, copy orig
+ *  into a handle of its own first (OrvTimezoneConstructCopy) and assign from it. */
 ORV_API OrvTimezone* OrvTimezoneAssign(OrvTimezone* tz, const OrvTimezone* orig);
 /** True when both handles refer to the same zone object. */
 ORV_API OrvBool OrvTimezoneEqual(const OrvTimezone* a, const OrvTimezone* b);
