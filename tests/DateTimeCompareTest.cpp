@@ -118,6 +118,33 @@ TEST_F(CompareTest, AgreesWithUtcKeyOnEveryPair)
     }
 }
 
+// Offsets a plug-in may give beyond an OrvInt of seconds, at and around 2^31 s: on the
+// field path a value equals itself and the UTC reading its offset gives, and precedes
+// that reading plus one nanosecond.
+TEST_F(CompareTest, FieldPathTakesOffsetsOfAnySize)
+{
+    const struct {
+        std::int64_t secs;
+        int nanos;
+    } offsets[] = {{2147483648, 0}, {-2147483648, 0}, {2147483647, 0}, {-2147483649, -5}, {9000000000, 999999999},
+                   {-9000000000, 0}};
+    for (const auto& o : offsets) {
+        SCOPED_TRACE(::testing::Message() << "offset " << o.secs << " s " << o.nanos << " ns");
+        OrvTimezone* tz = &zones_.emplace_back();
+        ASSERT_NE(orv::test::MakeTransitionZone(tz, {o.secs * ORV_TIME_NANOSECONDS_PER_SECOND + o.nanos, {}, false, false},
+                                                alloc_.get()),
+                  nullptr);
+        OrvDateTime* local = MakeIn(tz, 3000, 1, 1, 0);
+        const int min = static_cast<int>(-(o.secs / 60)), sec = static_cast<int>(-(o.secs % 60));
+        OrvDateTime* utc = MakeIn(OrvFixedTimezoneGetUTC(), 3000, 1, 1, 0, min, sec, -o.nanos);
+        OrvDateTime* later = MakeIn(OrvFixedTimezoneGetUTC(), 3000, 1, 1, 0, min, sec, -o.nanos + 1);
+        EXPECT_TRUE(OrvDateTimeEqual(local, local));
+        EXPECT_TRUE(OrvDateTimeEqual(local, utc) && OrvDateTimeEqual(utc, local));
+        EXPECT_FALSE(OrvDateTimeLess(local, utc) || OrvDateTimeLess(utc, local));
+        EXPECT_TRUE(OrvDateTimeLess(local, later) && !OrvDateTimeLess(later, local));
+    }
+}
+
 TEST_F(CompareTest, PendingFieldsAreCarriedAndLeftNormalized)
 {
     OrvDateTime* a = Make({2023, 6, 1, 0, 0, 0, 0, 120});

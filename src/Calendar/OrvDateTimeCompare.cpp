@@ -8,17 +8,19 @@ using orv::detail::Normalize;
 
 enum class Order { Less, Equal, Greater, Unordered };
 
-// Moves a copy of a value from its local reading to UTC: minus the offset, split into
-// the part under one second and whole seconds (both carrying the offset's sign).
+// Moves a copy of a value from its local reading to UTC: minus the offset, as the part
+// under one second and the whole seconds (both carrying the offset's sign); time fields
+// keep the copy's offset. A plug-in may give offsets of any size: when the seconds to
+// add do not fit an OrvInt (beyond about 68 years), the whole hours go separately.
 bool ShiftToUtc(OrvDateTime* copy, OrvTime offset)
 {
     const OrvInt64 nanos = offset % ORV_TIME_NANOSECONDS_PER_SECOND; // (-10^9, 10^9)
-    const OrvInt64 secs = offset / ORV_TIME_NANOSECONDS_PER_SECOND;
-    if (!OrvDateTimeAddToField(copy, ORV_DATETIMEFIELD_Nanosecond, static_cast<OrvInt>(-nanos))) return false;
-    // Only an offset that was never worked out can get here with more whole seconds than
-    // an OrvInt holds, and its copy has already failed the line above; refuse anyway.
-    if (secs > 2147483647 || secs < -2147483647) return false;
-    return OrvDateTimeAddToField(copy, ORV_DATETIMEFIELD_Second, static_cast<OrvInt>(-secs)) != ORV_FALSE;
+    const OrvInt64 secs = offset / ORV_TIME_NANOSECONDS_PER_SECOND;  // |secs| < 2^34
+    const bool secsFit = secs <= OrvInt64{2147483648} && secs >= -OrvInt64{2147483647}; // -secs fits
+    const OrvInt64 hours = secsFit ? 0 : secs / 3600;                                    // |hours| < 2^22
+    return OrvDateTimeAddToField(copy, ORV_DATETIMEFIELD_Nanosecond, static_cast<OrvInt>(-nanos)) &&
+           OrvDateTimeAddToField(copy, ORV_DATETIMEFIELD_Second, static_cast<OrvInt>(hours * 3600 - secs)) &&
+           OrvDateTimeAddToField(copy, ORV_DATETIMEFIELD_Hour, static_cast<OrvInt>(-hours));
 }
 
 Order CompareUtcFields(const OrvDateTime* a, const OrvDateTime* b)
