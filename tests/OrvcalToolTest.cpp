@@ -55,7 +55,8 @@ TEST(Orvcal, Results)
         {{}, nullptr,
          {"Text form", "Zones, offsets and instants", "Fields and week numbers", "Additions", "Weekday codes",
           "20230303T000000\n"}},
-        {{"--help"}, nullptr, {"usage: orvcal", "  show ", "  convert ", "  add ", "  week ", "  sort ", "  zones "}},
+        {{"--help"}, nullptr,
+         {"usage: orvcal", "  show ", "  convert ", "  add ", "  week ", "  sort ", "  zones ", "exit status:\n  0  "}},
     };
     for (const Case& c : cases) {
         const ToolRun r = Orvcal(c.args);
@@ -109,7 +110,7 @@ TEST(Orvcal, RefusesBadInputWithOneLine)
         {{"show", "20240501T093000", "--zone", "UTC", "--zone", "UTC"}, {"--zone given twice"}},
         {{"show", "20240501T093000Z", "--zone", "+01:00"}, {"--zone '+01:00'", "ends in Z"}},
         {{"show", "20240501T093000", "--bogus"}, {"unknown option '--bogus'", "--zone"}},
-        {{"convert", "20240501T093000Z"}, {"missing --zone"}},
+        {{"convert", "20240501T093000Z"}, {"missing --zone ZONE (expected UTC", "America/New_York"}},
         {{"convert", "00010101T000000Z", "--zone", "UTC"}, {"TEXT '00010101T000000Z'", "1677-09-21"}},
         {{"convert", "20240501T093000", "--zone", "UTC", "--from", "x"}, {"--from 'x'"}},
         // Ids of no zone, or leading out of the database, whether there is one or not.

@@ -7,11 +7,24 @@
 
 namespace orvcal {
 
-const char* const kTextForms =
+namespace {
+
+constexpr char kTextFormsText[] =
     "a date-time as YYYYMMDDTHHMMSS (local) or YYYYMMDDTHHMMSSZ (UTC), such as 20240501T093000Z";
 
-const char* const kFieldNames =
-    "nanosecond, second, minute, hour, day, month, year, day-of-week, week-of-month, week or day-of-year";
+} // namespace
+
+const char* const kTextForms = kTextFormsText;
+
+const char* const kFieldNames = "nanosecond, second, minute, hour, day, month, year, day-of-week, week-of-month, "
+                                "week or day-of-year (plurals too)";
+
+const PositionalSpec kTextArgument = {"TEXT", kTextFormsText};
+const OptionSpec kZoneOption = {"--zone", "ZONE", kZoneArgForms};
+const OptionSpec kFromOption = {"--from", "ZONE", "the zone TEXT without Z is read in, as --zone names zones "
+                                                  "(default: its fields are read as UTC)"};
+const OptionSpec kFirstOption = {"--first", "DAY", "first day of the week: SU, MO, TU, WE, TH, FR or SA (default MO)"};
+const OptionSpec kMinOption = {"--min", "N", "days the first week of a month or year needs, 1 to 7 (default 4)"};
 
 DateTime::~DateTime()
 {
@@ -47,16 +60,24 @@ std::string ExplainText(std::string_view text, bool zoned)
            "second 00-59";
 }
 
-} // namespace
+enum class ZRule {
+    kRefusedWithZone, // a zone and a text ending in Z contradict each other
+    kUtcWhateverZone, // a text ending in Z is UTC; the zone reads the others
+};
 
-int ReadDateTime(Invocation& inv, std::string_view what, std::string_view text, const Zone& zone,
-                 std::string_view zoneOption, DateTime* out)
+// Every text the tool reads goes through here: the library reads it, and a refusal
+// says why.
+int Read(Invocation& inv, std::string_view what, std::string_view text, const Zone& given,
+         std::string_view zoneOption, ZRule rule, DateTime* out)
 {
-    const std::string s(text);
-    if (zone.get() != nullptr && !s.empty() && s.back() == 'Z')
+    const bool endsInZ = !text.empty() && text.back() == 'Z';
+    const Zone none;
+    const Zone& zone = endsInZ && rule == ZRule::kUtcWhateverZone ? none : given;
+    if (zone.get() != nullptr && endsInZ)
         return inv.Refuse(zoneOption, zone.name(),
-                          "no zone with a TEXT that ends in Z (UTC already); drop the Z to read " + s.substr(0, 15) +
-                              " in " + zone.name());
+                          "no zone with a TEXT that ends in Z (UTC already); drop the Z to read " +
+                              std::string(text.substr(0, 15)) + " in " + zone.name());
+    const std::string s(text);
     if (OrvDateTimeConstructCStr(out->get(), s.c_str(), zone.get()) != nullptr) {
         out->Adopt();
         return kOk;
@@ -71,6 +92,20 @@ int ReadDateTime(Invocation& inv, std::string_view what, std::string_view text, 
         }
     }
     return inv.Refuse(what, text, ExplainText(text, fieldsFine));
+}
+
+} // namespace
+
+int ReadDateTime(Invocation& inv, std::string_view what, std::string_view text, const Zone& zone,
+                 std::string_view zoneOption, DateTime* out)
+{
+    return Read(inv, what, text, zone, zoneOption, ZRule::kRefusedWithZone, out);
+}
+
+int ReadDateTimeLine(Invocation& inv, std::size_t lineNumber, std::string_view line, const Zone& zone,
+                     DateTime* out)
+{
+    return Read(inv, "line " + std::to_string(lineNumber), line, zone, "--zone", ZRule::kUtcWhateverZone, out);
 }
 
 std::optional<std::string> TextOf(const OrvDateTime* d)
@@ -173,12 +208,12 @@ int ReadWeekRule(Invocation& inv, OrvDateTime* d)
         OrvWeekday w;
         const std::string code(*first);
         if (OrvWeekdayConstructCStr(&w, code.c_str()) == nullptr || !OrvDateTimeSetFirstDayOfWeek(d, w))
-            return inv.Refuse("--first", *first, "a weekday code: SU, MO, TU, WE, TH, FR or SA");
+            return inv.Refuse("--first", *first, kFirstOption.help);
     }
     if (const std::string_view* min = inv.Option("--min")) {
         const std::optional<OrvInt> days = ParseInt32(*min);
         if (!days || !OrvDateTimeSetMinimalDaysInFirstWeek(d, *days))
-            return inv.Refuse("--min", *min, "the minimal days in the first week, 1 to 7");
+            return inv.Refuse("--min", *min, kMinOption.help);
     }
     return kOk;
 }

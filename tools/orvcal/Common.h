@@ -1,5 +1,6 @@
-// Pieces the verbs share: a held date-time value, reading TEXT with an explanation
-// of what is wrong with it, field names, whole numbers, week rules, and formatting.
+// Pieces the verbs share: the shared arguments and options, a held date-time value,
+// reading TEXT with an explanation of what is wrong with it (the one place that knows
+// why a text is refused), field names, whole numbers, week rules, and formatting.
 #ifndef ORVCAL_COMMON_H
 #define ORVCAL_COMMON_H
 
@@ -8,6 +9,7 @@
 
 #include "Orv/Calendar/OrvDateTime.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,6 +18,13 @@ namespace orvcal {
 
 // The forms TEXT takes, for help texts and refusals.
 extern const char* const kTextForms;
+
+// The arguments and options that more than one verb takes, each described once.
+extern const PositionalSpec kTextArgument; // TEXT
+extern const OptionSpec kZoneOption;       // --zone ZONE
+extern const OptionSpec kFromOption;       // --from ZONE
+extern const OptionSpec kFirstOption;      // --first DAY
+extern const OptionSpec kMinOption;        // --min N
 
 // A date-time value that is destructed with its holder once it has been built.
 class DateTime {
@@ -35,11 +44,16 @@ private:
     bool held_ = false;
 };
 
-// Builds out from the text of argument `what` (TEXT), read in zone (floating when
+// Builds out from the text of argument `what` ("TEXT"), read in zone (floating when
 // zone holds none). A text ending in Z is UTC; combined with a zone the request is
 // ambiguous and refused, naming zoneOption. kOk, or the refusal's status.
 int ReadDateTime(Invocation& inv, std::string_view what, std::string_view text, const Zone& zone,
                  std::string_view zoneOption, DateTime* out);
+
+// Builds out from an input line: read in zone when it has no Z, as UTC when it ends in
+// Z. kOk, or the refusal's status (the refusal names "line N").
+int ReadDateTimeLine(Invocation& inv, std::size_t lineNumber, std::string_view line, const Zone& zone,
+                     DateTime* out);
 
 // The text form of d ("20240501T093000Z"), without Z for a floating value, or nothing
 // when the string cannot grow.
@@ -54,7 +68,7 @@ std::string FormatTime(const OrvDateTime* d);
 // The two-letter code of a weekday, "??" outside Sunday..Saturday.
 std::string WeekdayCode(OrvInt weekday);
 
-// Field names as the add verb takes them ("month", "day-of-year"), and their list.
+// Field names as the add verb takes them ("month", "day-of-year", "days"), and their list.
 std::optional<OrvDateTimeField> ParseFieldName(std::string_view name);
 extern const char* const kFieldNames;
 

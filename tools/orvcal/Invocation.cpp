@@ -1,12 +1,23 @@
 #include "Invocation.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdio>
 
 namespace orvcal {
 
 namespace {
 
 constexpr std::size_t kLabelWidth = 15;
+constexpr std::size_t kHelpWidth = 80;   // help rows wrap before this column
+
+constexpr StatusMeaning kStatusMeanings[] = {
+    {kOk, "done (also when the reader of the output stops early, as head does)"},
+    {kLinesSkipped, "sort only: some lines were refused, each reported on stderr; the others are written"},
+    {kBadInput, "an argument was refused: one line on stderr, nothing on stdout"},
+    {kWriteFailed, "the output could not be written (a full disk, a closed descriptor): one line on stderr"},
+    {kInternalError, "internal error: the library failed where it should not (out of memory)"},
+};
 
 std::string OptionWithValue(const OptionSpec& o)
 {
@@ -23,7 +34,11 @@ std::string Synopsis(std::string_view verb, const Usage& usage)
         const bool optional = i++ >= required;
         s.append(optional ? " [" : " ").append(p.name).append(optional ? "]" : "");
     }
-    for (const OptionSpec& o : usage.options) s.append(" [").append(OptionWithValue(o)).append("]");
+    i = 0;
+    for (const OptionSpec& o : usage.options) {
+        const bool optional = i++ >= usage.requiredOptions;
+        s.append(optional ? " [" : " ").append(OptionWithValue(o)).append(optional ? "]" : "");
+    }
     return s;
 }
 
@@ -34,7 +49,28 @@ std::string OptionList(const Usage& usage)
     return s.empty() ? "--help" : s + " or --help";
 }
 
+// Appends text after label, wrapped at spaces before kHelpWidth; the lines after the
+// first are indented to the width of label.
+void Wrap(std::string* s, std::string_view label, std::string_view text)
+{
+    std::string line(label);
+    do {
+        std::size_t take = text.size();
+        if (line.size() + take > kHelpWidth) {
+            const std::size_t room = kHelpWidth > line.size() ? kHelpWidth - line.size() : 0;
+            const std::size_t space = text.rfind(' ', room);
+            take = space != std::string_view::npos && space != 0 ? space : std::min(text.find(' '), text.size());
+        }
+        s->append(line).append(text.substr(0, take)) += '\n';
+        text.remove_prefix(take);
+        while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+        line.assign(label.size(), ' ');
+    } while (!text.empty());
+}
+
 } // namespace
+
+std::span<const StatusMeaning> StatusMeanings() { return kStatusMeanings; }
 
 Invocation::Invocation(std::string_view verb, std::string_view summary, std::vector<std::string_view> args)
     : verb_(verb), summary_(summary), args_(std::move(args))
@@ -45,10 +81,10 @@ std::string Invocation::HelpText(std::string_view verb, std::string_view summary
 {
     std::string s = "usage: " + Synopsis(verb, usage) + "\n\n" + std::string(summary) + "\n";
     auto row = [&s](std::string_view left, std::string_view help) {
-        std::string cell("  ");
-        cell.append(left);
-        cell.resize(cell.size() < kLabelWidth ? kLabelWidth : cell.size() + 1, ' ');
-        s += cell + std::string(help) + "\n";
+        std::string label("  ");
+        label.append(left);
+        label.resize(label.size() < kLabelWidth ? kLabelWidth : label.size() + 1, ' ');
+        Wrap(&s, label, help);
     };
     if (usage.positionals.size() != 0) {
         s += "\narguments:\n";
@@ -57,7 +93,15 @@ std::string Invocation::HelpText(std::string_view verb, std::string_view summary
     s += "\noptions:\n";
     for (const OptionSpec& o : usage.options) row(OptionWithValue(o), o.help);
     row("--help", "show this help");
-    if (usage.notes != nullptr) s += "\n" + std::string(usage.notes) + "\n";
+    if (usage.notes != nullptr) {
+        s += "\n";
+        // Each line of the notes is a paragraph of its own.
+        for (std::string_view notes = usage.notes; !notes.empty();) {
+            const std::size_t end = notes.find('\n');
+            Wrap(&s, "", notes.substr(0, end));
+            notes.remove_prefix(end == std::string_view::npos ? notes.size() : end + 1);
+        }
+    }
     return s;
 }
 
@@ -109,6 +153,15 @@ bool Invocation::Read(const Usage& usage)
             return false;
         }
     }
+    std::size_t i = 0;
+    for (const OptionSpec& o : usage.options) {
+        if (i++ >= usage.requiredOptions) break;
+        if (options_.count(o.name) == 0) {
+            RefuseUsage("missing " + OptionWithValue(o) + " (expected " + o.help + "; usage: " +
+                        Synopsis(verb_, usage) + ")");
+            return false;
+        }
+    }
     const std::size_t want = usage.positionals.size();
     if (positionals_.size() < want - usage.optionalPositionals) {
         const PositionalSpec& missing = usage.positionals.begin()[positionals_.size()];
@@ -117,8 +170,7 @@ bool Invocation::Read(const Usage& usage)
         return false;
     }
     if (positionals_.size() > want) {
-        RefuseUsage("unexpected argument '" + std::string(positionals_[want]) + "' (usage: " + Synopsis(verb_, usage) +
-                    ")");
+        RefuseUsage("unexpected argument '" + std::string(positionals_[want]) + "' (usage: " + Synopsis(verb_, usage) + ")");
         return false;
     }
     return true;
@@ -139,6 +191,11 @@ void Invocation::Field(std::string_view label, std::string_view value)
     out_ += '\n';
 }
 
+std::string Invocation::Prefix() const
+{
+    return verb_.empty() ? std::string("orvcal: ") : "orvcal " + std::string(verb_) + ": ";
+}
+
 int Invocation::Refuse(std::string_view what, std::string_view value, std::string_view expected)
 {
     return RefuseUsage(std::string(what) + " '" + std::string(value) + "': expected " + std::string(expected));
@@ -146,14 +203,26 @@ int Invocation::Refuse(std::string_view what, std::string_view value, std::strin
 
 int Invocation::RefuseUsage(std::string_view message)
 {
-    error_ = "orvcal " + std::string(verb_) + ": " + std::string(message);
+    error_ = Prefix() + std::string(message);
     return kBadInput;
 }
 
 int Invocation::Internal(std::string_view message)
 {
-    error_ = "orvcal " + std::string(verb_) + ": internal error: " + std::string(message);
+    error_ = Prefix() + "internal error: " + std::string(message);
     return kInternalError;
+}
+
+int Invocation::Skipped(std::string_view message)
+{
+    error_ = Prefix() + std::string(message);
+    return kLinesSkipped;
+}
+
+void Invocation::ReportNow()
+{
+    std::fprintf(stderr, "%s\n", error_.c_str());
+    error_.clear();
 }
 
 } // namespace orvcal

@@ -1,5 +1,5 @@
 // One run of a verb: its arguments split into positionals and options by the verb's
-// usage, the output kept back until the verb succeeds, and the one-line refusal that
+// usage, the output kept back until the verb is done, and the one-line refusal that
 // names the offending argument.
 #ifndef ORVCAL_INVOCATION_H
 #define ORVCAL_INVOCATION_H
@@ -7,16 +7,25 @@
 #include <cstddef>
 #include <initializer_list>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace orvcal {
 
-// Exit statuses.
+// Exit statuses; kStatusMeanings below says what each means, for --help.
 inline constexpr int kOk = 0;
-inline constexpr int kInternalError = 1; // the library refused something it should not
+inline constexpr int kLinesSkipped = 1;  // sort: some input lines were refused and skipped
 inline constexpr int kBadInput = 2;      // an argument was refused
+inline constexpr int kWriteFailed = 3;   // the output could not be written
+inline constexpr int kInternalError = 4; // the library failed where it should not
+
+struct StatusMeaning {
+    int status;
+    const char* meaning;
+};
+std::span<const StatusMeaning> StatusMeanings();
 
 struct PositionalSpec {
     const char* name; // upper case, as in the synopsis: TEXT, FIELD
@@ -25,7 +34,7 @@ struct PositionalSpec {
 
 struct OptionSpec {
     const char* name;  // with its dashes: "--zone"
-    const char* value; // placeholder of its value: "Z"; null for a flag that takes no value
+    const char* value; // placeholder of its value: "ZONE"; null for a flag that takes no value
     const char* help;
 };
 
@@ -35,10 +44,12 @@ struct Usage {
     std::initializer_list<OptionSpec> options;
     const char* notes = nullptr; // extra paragraph for --help, may be null
     std::size_t optionalPositionals = 0; // how many of the last positionals may be left out
+    std::size_t requiredOptions = 0;     // how many of the first options must be given
 };
 
 class Invocation {
 public:
+    // verb is empty for the tool's own --help and for an unknown verb.
     Invocation(std::string_view verb, std::string_view summary, std::vector<std::string_view> args);
 
     // Splits the arguments by usage. False when the verb is finished already: --help
@@ -53,24 +64,34 @@ public:
     // An option's value, or null when it was not given (empty for a flag that was).
     const std::string_view* Option(std::string_view name) const;
 
-    // Output, written to stdout only when the verb ends with kOk.
+    // Output, written to stdout when the verb ends with kOk or kLinesSkipped.
     std::string& Out() { return out_; }
+    const std::string& Out() const { return out_; }
     // Appends "label" padded to the label column, the value and a newline.
     void Field(std::string_view label, std::string_view value);
 
     // Refuses the argument `what` (a positional's name or an option) whose value is
-    // `value`, saying what was expected. Returns kBadInput for the verb to return.
+    // `value`, saying what was expected. Returns kBadInput.
     int Refuse(std::string_view what, std::string_view value, std::string_view expected);
     // Refuses with a free message (missing or surplus arguments). Returns kBadInput.
     int RefuseUsage(std::string_view message);
     // The library failed where it should not. Returns kInternalError.
     int Internal(std::string_view message);
+    // Ends a verb that skipped some of its input: the message closes stderr, the
+    // output is still written. Returns kLinesSkipped.
+    int Skipped(std::string_view message);
+    // Writes the refusal at hand to stderr now and forgets it, for a verb that goes on
+    // after refusing one of many inputs.
+    void ReportNow();
 
     // The status of a verb that Read finished early: kOk after --help, else kBadInput.
     int Finished() const { return error_.empty() ? kOk : kBadInput; }
 
+    // The message for stderr (one line, no newline), empty when there is none.
     const std::string& Error() const { return error_; }
     std::string_view Verb() const { return verb_; }
+    // "orvcal show: ", or "orvcal: " without a verb.
+    std::string Prefix() const;
 
     // The --help text of a verb.
     static std::string HelpText(std::string_view verb, std::string_view summary, const Usage& usage);

@@ -1,14 +1,17 @@
 // orvcal: try the OrvCalendar library from a shell.
 //
 //   orvcal                      a short tour on built-in sample date-times
-//   orvcal --help               the list of verbs
+//   orvcal --help               the list of verbs and the exit statuses
 //   orvcal VERB ARGS...         run a verb; orvcal VERB --help explains it
 //
-// Output goes to stdout only when a verb succeeds; a refused argument gives one line on
-// stderr and exit status 2.
+// Every verb keeps its output back and returns a status; Finish writes the output (for
+// kOk and kLinesSkipped) and the one line of stderr, and turns a failed write into
+// kWriteFailed.
 #include "Commands.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -23,18 +26,23 @@ std::string CommandList()
         name.resize(12, ' ');
         s += name + c.summary + "\n";
     }
-    s += "\nRun 'orvcal VERB --help' for a verb's arguments.\n";
+    s += "\nRun 'orvcal VERB --help' for a verb's arguments.\n\nexit status:\n";
+    for (const orvcal::StatusMeaning& m : orvcal::StatusMeanings())
+        s += "  " + std::to_string(m.status) + "  " + m.meaning + "\n";
     return s;
 }
 
-int Finish(const orvcal::Invocation& inv, int status, const std::string& out)
+int Finish(const orvcal::Invocation& inv, int status)
 {
-    if (status == orvcal::kOk) {
-        std::fwrite(out.data(), 1, out.size(), stdout);
-        if (std::fflush(stdout) != 0) return orvcal::kInternalError;
-    } else {
-        std::fprintf(stderr, "%s\n", inv.Error().c_str());
+    if (status == orvcal::kOk || status == orvcal::kLinesSkipped) {
+        std::fwrite(inv.Out().data(), 1, inv.Out().size(), stdout);
+        if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+            const int error = errno;
+            std::fprintf(stderr, "%scannot write the output: %s\n", inv.Prefix().c_str(), std::strerror(error));
+            return orvcal::kWriteFailed;
+        }
     }
+    if (!inv.Error().empty()) std::fprintf(stderr, "%s\n", inv.Error().c_str());
     return status;
 }
 
@@ -45,30 +53,28 @@ int main(int argc, char** argv)
     std::vector<std::string_view> args(argv + 1, argv + argc);
     if (args.empty()) {
         orvcal::Invocation inv("tour", "", {});
-        const int status = orvcal::RunTour(inv);
-        return Finish(inv, status, inv.Out());
+        return Finish(inv, orvcal::RunTour(inv));
     }
     const std::string_view verb = args[0];
     if (verb == "--help" || verb == "-h" || verb == "help") {
         if (args.size() == 2) {
             if (const orvcal::Command* c = orvcal::FindCommand(args[1])) {
                 orvcal::Invocation inv(c->name, c->summary, {"--help"});
-                return Finish(inv, c->run(inv), inv.Out());
+                return Finish(inv, c->run(inv));
             }
         }
-        const std::string list = CommandList();
-        std::fwrite(list.data(), 1, list.size(), stdout);
-        return orvcal::kOk;
+        orvcal::Invocation inv("", "", {});
+        inv.Out() = CommandList();
+        return Finish(inv, orvcal::kOk);
     }
     const orvcal::Command* command = orvcal::FindCommand(verb);
     if (command == nullptr) {
         std::string names;
         for (const orvcal::Command& c : orvcal::AllCommands()) names += (names.empty() ? "" : ", ") + std::string(c.name);
-        std::fprintf(stderr, "orvcal: unknown verb '%.*s' (expected one of: %s; see orvcal --help)\n",
-                     static_cast<int>(verb.size()), verb.data(), names.c_str());
-        return orvcal::kBadInput;
+        orvcal::Invocation inv("", "", {});
+        return Finish(inv, inv.RefuseUsage("unknown verb '" + std::string(verb) + "' (expected one of: " + names +
+                                           "; see orvcal --help)"));
     }
     orvcal::Invocation inv(command->name, command->summary, {args.begin() + 1, args.end()});
-    const int status = command->run(inv);
-    return Finish(inv, status, inv.Out());
+    return Finish(inv, command->run(inv));
 }

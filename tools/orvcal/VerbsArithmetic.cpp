@@ -4,15 +4,19 @@
 
 namespace orvcal {
 
+namespace {
+
+const PositionalSpec kAmountArgument = {"AMOUNT", "a whole number from -2147483648 to 2147483647, negative to go back"};
+
+} // namespace
+
 int RunAdd(Invocation& inv)
 {
     const Usage usage{
-        .positionals = {{"TEXT", kTextForms},
-                        {"FIELD", "nanosecond, second, minute, hour, day, month, year, day-of-week, week-of-month, "
-                                  "week or day-of-year (plurals too)"},
-                        {"AMOUNT", "a whole number, negative to go back"}},
-        .options = {{"--zone", "Z", "zone that TEXT without Z is read in: UTC, +05:30, -04:00 (default: floating)"}},
-        .notes = "Time fields (nanosecond to hour) count elapsed time; date fields keep the wall-clock reading,\n"
+        .positionals = {kTextArgument, {"FIELD", kFieldNames}, kAmountArgument},
+        .options = {kZoneOption},
+        .notes = "TEXT without Z is read in the --zone given; without one the value is floating.\n"
+                 "Time fields (nanosecond to hour) count elapsed time; date fields keep the wall-clock reading, "
                  "and a day that does not exist carries into the next month.\n"
                  "Example: orvcal add 20230131T000000 month 1   gives 20230303T000000",
     };
@@ -25,7 +29,7 @@ int RunAdd(Invocation& inv)
     const std::optional<OrvDateTimeField> field = ParseFieldName(inv.Positional(1));
     if (!field) return inv.Refuse("FIELD", inv.Positional(1), kFieldNames);
     const std::optional<OrvInt> amount = ParseInt32(inv.Positional(2));
-    if (!amount) return inv.Refuse("AMOUNT", inv.Positional(2), "a whole number from -2147483648 to 2147483647");
+    if (!amount) return inv.Refuse("AMOUNT", inv.Positional(2), kAmountArgument.help);
 
     if (!OrvDateTimeAddToField(value.get(), *field, *amount))
         return inv.Refuse("AMOUNT", inv.Positional(2), "an amount whose result the zone can place");

@@ -8,9 +8,6 @@ namespace orvcal {
 
 namespace {
 
-const OptionSpec kFirstOption = {"--first", "DAY", "first day of the week: SU, MO, TU, WE, TH, FR or SA (default MO)"};
-const OptionSpec kMinOption = {"--min", "N", "days the first week of a month or year needs, 1 to 7 (default 4)"};
-
 std::string WeekRule(const OrvDateTime* d)
 {
     return "weeks start on " + WeekdayCode(d->firstDayOfWeek) + ", week 1 has at least " +
@@ -46,11 +43,11 @@ bool AddWeekFields(Invocation& inv, const OrvDateTime* d)
 int RunShow(Invocation& inv)
 {
     const Usage usage{
-        .positionals = {{"TEXT", kTextForms}},
-        .options = {{"--zone", "Z", "zone that TEXT without Z is read in: UTC, +05:30, -04:00 (default: floating)"},
-                    kFirstOption, kMinOption},
-        .notes = "A floating value belongs to no zone: it has no offset, and its instant reads its fields as UTC.\n"
-                 "Example: orvcal show 20240501T093000 --zone +05:30",
+        .positionals = {kTextArgument},
+        .options = {kZoneOption, kFirstOption, kMinOption},
+        .notes = "TEXT without Z is read in the --zone given; without one the value is floating: it belongs to "
+                 "no zone, has no offset, and its instant reads its fields as UTC.\n"
+                 "Example: orvcal show 20240501T093000 --zone America/New_York",
     };
     if (!inv.Read(usage)) return inv.Finished();
     Zone zone;
@@ -82,15 +79,14 @@ int RunShow(Invocation& inv)
 int RunConvert(Invocation& inv)
 {
     const Usage usage{
-        .positionals = {{"TEXT", kTextForms}},
-        .options = {{"--zone", "Z", "zone to read the instant in: UTC, +05:30, -04:00 (required)"},
-                    {"--from", "Z", "zone that TEXT without Z is read in (default: its fields read as UTC)"}},
-        .notes = "Writes one line, the text form of the same instant in zone Z (with Z only for UTC).\n"
+        .positionals = {kTextArgument},
+        .options = {kZoneOption, kFromOption},
+        .notes = "Writes one line, the text form of the same instant read in the --zone given (with Z only "
+                 "for UTC).\n"
                  "Example: orvcal convert 20240501T093000Z --zone +05:30   gives 20240501T150000",
+        .requiredOptions = 1,
     };
     if (!inv.Read(usage)) return inv.Finished();
-    if (inv.Option("--zone") == nullptr)
-        return inv.RefuseUsage(std::string("missing --zone (expected ") + kZoneArgForms + ")");
     Zone to;
     Zone from;
     if (int status = ReadZoneOption(inv, "--zone", &to); status != kOk) return status;
@@ -115,7 +111,7 @@ int RunConvert(Invocation& inv)
 int RunWeek(Invocation& inv)
 {
     const Usage usage{
-        .positionals = {{"TEXT", kTextForms}},
+        .positionals = {kTextArgument},
         .options = {kFirstOption, kMinOption},
         .notes = "The default rule, weeks from MO with at least 4 days in week 1, is ISO 8601's.\n"
                  "Example: orvcal week 20241230T000000 --first SU --min 1",

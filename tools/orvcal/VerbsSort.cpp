@@ -2,7 +2,6 @@
 #include "Commands.h"
 #include "Common.h"
 
-#include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -54,9 +53,9 @@ int RunSort(Invocation& inv)
 {
     const Usage usage{
         .positionals = {{"FILE", "file of date-times, one per line (default, or -: standard input)"}},
-        .options = {{"--reverse", nullptr, "latest first"},
-                    {"--zone", "Z", "zone that lines without Z are read in: UTC, +05:30, -04:00 (default: floating)"}},
-        .notes = "Each line is TEXT (YYYYMMDDTHHMMSS, Z at the end for UTC); blank lines are ignored.\n"
+        .options = {{"--reverse", nullptr, "latest first"}, kZoneOption},
+        .notes = "Each line is TEXT (YYYYMMDDTHHMMSS, Z at the end for UTC); lines without Z are read in the "
+                 "--zone given, or are floating without one. Blank lines are ignored.\n"
                  "Values that denote the same instant are one: the first of them is written.\n"
                  "A bad line is reported with its number on stderr and skipped; the status is then 1.\n"
                  "Example: printf '20240501T093000Z\\n20240101T000000Z\\n' | orvcal sort",
@@ -69,9 +68,10 @@ int RunSort(Invocation& inv)
 
     std::ifstream file;
     std::istream* in = &std::cin;
-    if (inv.PositionalCount() == 1 && inv.Positional(0) != "-") {
-        file.open(std::string(inv.Positional(0)));
-        if (!file) return inv.Refuse("FILE", inv.Positional(0), "a file that can be read");
+    const std::string_view path = inv.PositionalCount() == 1 ? inv.Positional(0) : "-";
+    if (path != "-") {
+        file.open(std::string(path));
+        if (!file) return inv.Refuse("FILE", path, "a file that can be read");
         in = &file;
     }
 
@@ -82,28 +82,22 @@ int RunSort(Invocation& inv)
         ++lineNumber;
         if (!line.empty() && line.back() == '\r') line.pop_back();
         if (line.find_first_not_of(" \t") == std::string::npos) continue;
-        // A line ending in Z is UTC whatever --zone says.
-        const Zone none;
-        const Zone& readIn = line.back() == 'Z' ? none : zone;
         DateTime value;
-        if (ReadDateTime(inv, "line " + std::to_string(lineNumber), line, readIn, "--zone", &value) != kOk) {
-            std::fprintf(stderr, "%s\n", inv.Error().c_str());
+        if (ReadDateTimeLine(inv, lineNumber, line, zone, &value) != kOk) {
+            inv.ReportNow();
             ++bad;
             continue;
         }
         const OrvPair_OrvSet_OrvDateTimeIterator__OrvBool r = OrvSet_OrvDateTimeInsert(set.get(), value.get());
         if (r.first == OrvSet_OrvDateTimeEnd(set.get())) return inv.Internal("out of memory");
     }
-    if (in->bad()) return inv.Refuse("FILE", inv.PositionalCount() == 1 ? inv.Positional(0) : "-", "a file that can be read");
+    if (in->bad()) return inv.Refuse("FILE", path, "a file that can be read");
 
     if (!WriteAll(set.get(), reverse, &inv.Out())) return inv.Internal("cannot write the text form");
     if (bad == 0) return kOk;
     // The good lines are still written; the status says that some were skipped.
-    std::fwrite(inv.Out().data(), 1, inv.Out().size(), stdout);
-    std::fflush(stdout);
-    inv.RefuseUsage("skipped " + std::to_string(bad) + " bad line" + (bad == 1 ? "" : "s") + " of " +
-                    std::to_string(lineNumber));
-    return kInternalError;
+    return inv.Skipped("skipped " + std::to_string(bad) + " bad line" + (bad == 1 ? "" : "s") + " of " +
+                       std::to_string(lineNumber));
 }
 
 } // namespace orvcal

@@ -14,8 +14,8 @@ int RunZones(Invocation& inv)
     const Usage usage{
         .positionals = {},
         .options = {},
-        .notes = "The database is the folder named by TZDIR, else /usr/share/zoneinfo. Besides these ids,\n"
-                 "--zone takes UTC, fixed offsets such as +05:30, and local (the system's zone).\n"
+        .notes = "The database is the folder named by TZDIR, else /usr/share/zoneinfo. Each id is a ZONE that "
+                 "--zone and --from take.\n"
                  "Example: orvcal zones | grep Europe/",
     };
     if (!inv.Read(usage)) return inv.Finished();

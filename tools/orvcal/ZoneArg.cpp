@@ -9,8 +9,8 @@
 namespace orvcal {
 
 const char* const kZoneArgForms =
-    "UTC, a fixed offset such as +05:30 or -04:00, a zone id such as Europe/Berlin (orvcal zones lists them) "
-    "or local";
+    "UTC, a fixed offset such as +05:30 or -04:00, a zone id of the system's database such as "
+    "America/New_York (orvcal zones lists them), or local (the system's own zone)";
 
 Zone::~Zone()
 {
