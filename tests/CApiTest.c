@@ -40,6 +40,26 @@ int main(void)
     CHECK(!OrvDateTimeSetMinimalDaysInFirstWeek(&d, 0));
     OrvDateTimeDestruct(&d);
 
+    /* Numbers that name no enumerator, as a C caller may pass them: refused, with no
+     * undefined behaviour inside the library (the enumerations' fixed types). */
+    CHECK(OrvDateTimeConstructDefault(&d) == &d);
+    {
+        const OrvDateTimeField bad[] = {(OrvDateTimeField)11, (OrvDateTimeField)16, (OrvDateTimeField)0xFFFFFFFFu};
+        OrvWeekday w = (OrvWeekday)8;
+        size_t i;
+        for (i = 0; i < sizeof bad / sizeof bad[0]; ++i) {
+            CHECK(OrvDateTimeGetField(&d, bad[i]) == -1 && !OrvDateTimeSetField(&d, bad[i], 1));
+            CHECK(!OrvDateTimeAddToField(&d, bad[i], 1) && OrvDateTimeGetActualMaximum(&d, bad[i]) == -1);
+            CHECK(OrvDateTimeGetMinimum(&d, bad[i]) == -1 && OrvDateTimeGetMaximum(&d, bad[i]) == -1);
+        }
+        CHECK(!OrvDateTimeSetFirstDayOfWeek(&d, w) && !OrvDateTimeSetFirstDayOfWeek(&d, (OrvWeekday)-2));
+        CHECK(OrvDateTimeGetFirstDayOfWeek(&d) == ORV_WEEKDAY_Monday);
+        CHECK(OrvStringConstruct(&s, OrvAllocatorGetDefault()) == &s);
+        CHECK(!OrvWeekdayAppendToString(&w, &s) && OrvStringLength(&s) == 0);
+        OrvStringDestruct(&s);
+    }
+    OrvDateTimeDestruct(&d);
+
     OrvLogSetSink(Sink, NULL);
     CHECK(OrvDateTimeConstructFields(&d, 3000, 1, 1, 0, 0, 0, 0, NULL) == &d);
     CHECK(d.wallTime == ORV_TIME_INVALID && infoLines == 1);

@@ -43,8 +43,10 @@
 
 ORV_EXTERN_C_BEGIN
 
-/** Days of the week; also the first day of a week for week numbering. */
-typedef enum OrvWeekday {
+/** Days of the week; also the first day of a week for week numbering. A signed 32-bit
+ *  type in C and C++: any other number is a valid value that no function accepts as
+ *  a weekday. */
+typedef enum OrvWeekday ORV_ENUM_BASE(OrvInt) {
     ORV_WEEKDAY_NoWeekday = -1,
     ORV_WEEKDAY_Sunday = 0,
     ORV_WEEKDAY_Monday = 1,
@@ -54,9 +56,11 @@ typedef enum OrvWeekday {
     ORV_WEEKDAY_Friday = 5,
     ORV_WEEKDAY_Saturday = 6
 } OrvWeekday;
+ORV_ENUM_SIZE_CHECK(OrvWeekday);
 
-/** Field selectors. A selector above ORV_DATETIMEFIELD_DayOfYear is invalid everywhere. */
-typedef enum OrvDateTimeField {
+/** Field selectors, an unsigned 32-bit type in C and C++. A selector above
+ *  ORV_DATETIMEFIELD_DayOfYear is invalid everywhere. */
+typedef enum OrvDateTimeField ORV_ENUM_BASE(OrvUint32) {
     ORV_DATETIMEFIELD_Nanosecond = 0,
     ORV_DATETIMEFIELD_Second = 1,
     ORV_DATETIMEFIELD_Minute = 2,
@@ -69,6 +73,7 @@ typedef enum OrvDateTimeField {
     ORV_DATETIMEFIELD_WeekOfYear = 9,
     ORV_DATETIMEFIELD_DayOfYear = 10
 } OrvDateTimeField;
+ORV_ENUM_SIZE_CHECK(OrvDateTimeField);
 
 /**
  * The date-time value (96 bytes). Members are public layout; use the functions.

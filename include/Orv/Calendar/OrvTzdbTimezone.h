@@ -70,11 +70,12 @@ ORV_API OrvBool OrvTzdbTimezoneIs(const OrvTimezone* tz);
 ORV_API const char* OrvTzdbTimezoneGetId(const OrvTimezone* tz);
 
 /** What a local reading is in a zone. */
-typedef enum OrvTzdbLookupKind {
+typedef enum OrvTzdbLookupKind ORV_ENUM_BASE(OrvUint32) {
     ORV_TZDBLOOKUPKIND_Unique = 0,   /* occurs exactly once */
     ORV_TZDBLOOKUPKIND_Skipped = 1,  /* skipped by a clock change (in a gap) */
     ORV_TZDBLOOKUPKIND_Repeated = 2  /* occurs twice (in an overlap) */
 } OrvTzdbLookupKind;
+ORV_ENUM_SIZE_CHECK(OrvTzdbLookupKind);
 
 typedef struct OrvTzdbLookup {
     OrvTzdbLookupKind kind;

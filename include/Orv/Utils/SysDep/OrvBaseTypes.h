@@ -36,6 +36,23 @@
 #  define ORV_EXTERN_C_END
 #endif
 
+/* The public enumerations have a fixed underlying type in C++ (any value of that type
+ * is then a valid value of the enumeration, as it is in C, so a number passed from C
+ * that names no enumerator is defined behaviour inside the library); in C they stay
+ * plain enumerations, whose size ORV_ENUM_SIZE_CHECK pins to the same 4 bytes.
+ *     typedef enum OrvThing ORV_ENUM_BASE(OrvUint32) { ... } OrvThing;
+ *     ORV_ENUM_SIZE_CHECK(OrvThing);   (after the typedef, at file scope) */
+#ifdef __cplusplus
+#  define ORV_ENUM_BASE(type) : type
+#  define ORV_ENUM_SIZE_CHECK(name) static_assert(sizeof(name) == 4, #name " is 4 bytes in C and C++")
+#elif defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
+#  define ORV_ENUM_BASE(type)
+#  define ORV_ENUM_SIZE_CHECK(name) _Static_assert(sizeof(name) == 4, #name " is 4 bytes in C and C++")
+#else
+#  define ORV_ENUM_BASE(type)
+#  define ORV_ENUM_SIZE_CHECK(name) typedef char name##_is_4_bytes_[sizeof(name) == 4 ? 1 : -1]
+#endif
+
 /* printf-style format checking where the compiler offers it. */
 #if defined(__GNUC__) || defined(__clang__)
 #  define ORV_PRINTF_FORMAT(fmtIndex, firstArg) __attribute__((format(printf, fmtIndex, firstArg)))
