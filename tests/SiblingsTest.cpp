@@ -9,6 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <thread>
@@ -188,6 +192,39 @@ TEST(String, FailedAllocationLeavesTheContent)
     EXPECT_EQ(alloc.liveBlocks(), 0u);
     EXPECT_EQ(OrvStringConstruct(nullptr, alloc.get()), nullptr);
     EXPECT_EQ(OrvStringConstruct(&s, nullptr), nullptr);
+}
+
+// A sink that logs and replaces itself: its nested line is dropped (no deadlock, no
+// re-entry) and the new sink takes the next line. Run on a thread of its own so that a
+// deadlock fails the test instead of hanging it.
+TEST(Log, SinkThatLogsAndReplacesItselfIsNotReentered)
+{
+    static std::vector<std::string> first, second;
+    static const OrvLogSinkCallback secondSink = [](OrvVoidPtr, OrvLogLevel, OrvLogCategory, const char*, OrvInt,
+                                                    const char*, const char* message) { second.push_back(message); };
+    OrvLogSetSink(
+        [](OrvVoidPtr, OrvLogLevel, OrvLogCategory, const char*, OrvInt, const char*, const char* message) {
+            first.push_back(message);
+            OrvLogDoFormatted_(ORV_LOGLEVEL_ERROR, OrvLogCalendar_, "file", 1, "fn", "nested");
+            OrvLogSetSink(secondSink, nullptr);
+        },
+        nullptr);
+    std::atomic<bool> done{false};
+    std::thread logger([&done] {
+        OrvLogDoFormatted_(ORV_LOGLEVEL_INFO, OrvLogCalendar_, "file", 1, "fn", "outer");
+        OrvLogDoFormatted_(ORV_LOGLEVEL_INFO, OrvLogCalendar_, "file", 2, "fn", "next");
+        done = true;
+    });
+    for (int i = 0; i < 500 && !done; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    if (!done) {
+        ADD_FAILURE() << "a sink that logs deadlocked the log";
+        std::fflush(stdout);
+        std::_Exit(1);
+    }
+    logger.join();
+    OrvLogSetSink(nullptr, nullptr);
+    EXPECT_EQ(first, std::vector<std::string>{"outer"});
+    EXPECT_EQ(second, std::vector<std::string>{"next"});
 }
 
 TEST(Log, SinkReceivesFormattedLinesUntilReset)

@@ -1,9 +1,13 @@
 // The library's log: one process-wide sink, formatting only when the sink wants the line.
+// The sink runs under a lock made of one atomic flag (no runtime support, no library
+// call); a thread that is delivering a line is marked, so that lines it logs from inside
+// the sink are dropped instead of waiting for the lock it holds.
 #include "Orv/Os/OrvLog.h"
 
+#include <atomic>
 #include <cstdarg>
 #include <cstdio>
-#include <mutex>
+#include <thread>
 
 OrvLogCategory OrvLogCalendar_ = "Calendar";
 
@@ -19,39 +23,62 @@ void DefaultSink(OrvVoidPtr, OrvLogLevel level, OrvLogCategory category, const c
 }
 
 struct SinkState {
-    std::mutex mutex; // held while a line is delivered, so a replaced sink is never called afterwards
-    OrvLogSinkCallback sink = DefaultSink;
-    OrvVoidPtr userData = nullptr;
+    std::atomic_flag busy; // set while the sink or userData is read or written
+    OrvLogSinkCallback sink;
+    OrvVoidPtr userData;
 };
 
-SinkState& State()
+constinit SinkState gState{{}, DefaultSink, nullptr};
+
+// True on the thread that holds gState.busy while it delivers a line.
+constinit thread_local bool tDelivering = false;
+
+// Takes the flag; a thread that finds it taken gives up its time slice until it is free.
+class StateLock {
+public:
+    StateLock()
+    {
+        while (gState.busy.test_and_set(std::memory_order_acquire)) {
+            while (gState.busy.test(std::memory_order_relaxed)) std::this_thread::yield();
+        }
+    }
+    ~StateLock() { gState.busy.clear(std::memory_order_release); }
+    StateLock(const StateLock&) = delete;
+    StateLock& operator=(const StateLock&) = delete;
+};
+
+void Store(OrvLogSinkCallback sink, OrvVoidPtr userData)
 {
-    static SinkState state;
-    return state;
+    gState.sink = sink != nullptr ? sink : DefaultSink;
+    gState.userData = sink != nullptr ? userData : nullptr;
 }
 
 } // namespace
 
 void OrvLogSetSink(OrvLogSinkCallback sink, OrvVoidPtr userData)
 {
-    SinkState& s = State();
-    std::lock_guard<std::mutex> lock(s.mutex);
-    s.sink = sink != nullptr ? sink : DefaultSink;
-    s.userData = sink != nullptr ? userData : nullptr;
+    if (tDelivering) { // called by the running sink, which holds the flag already
+        Store(sink, userData);
+        return;
+    }
+    StateLock lock;
+    Store(sink, userData);
 }
 
 void OrvLogDoFormatted_(OrvLogLevel level, OrvLogCategory category, const char* file, OrvInt line,
                         const char* function, const char* format, ...)
 {
-    SinkState& s = State();
-    std::lock_guard<std::mutex> lock(s.mutex);
+    if (tDelivering) return; // a line logged from inside the sink: dropped
+    StateLock lock;
     // The default sink drops everything but errors: skip the formatting as well.
-    if (s.sink == DefaultSink && level != ORV_LOGLEVEL_ERROR) return;
+    if (gState.sink == DefaultSink && level != ORV_LOGLEVEL_ERROR) return;
     char message[1024];
     va_list args;
     va_start(args, format);
     const int n = format != nullptr ? std::vsnprintf(message, sizeof message, format, args) : -1;
     va_end(args);
     if (n < 0) message[0] = '\0';
-    s.sink(s.userData, level, category, file, line, function, message);
+    tDelivering = true;
+    gState.sink(gState.userData, level, category, file, line, function, message);
+    tDelivering = false;
 }

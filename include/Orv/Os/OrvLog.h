@@ -12,9 +12,18 @@
  *     OrvLogSetSink(MySink, &myState);    // ...
  *     OrvLogSetSink(NULL, NULL);          // back to the default sink
  *
- * Threads: the sink may be called from any thread that uses the library; setting the
- * sink is safe while other threads log, and a sink that was replaced is not called
- * after OrvLogSetSink returns.
+ * Threads: the sink may be called from any thread that uses the library, one line at
+ * a time (a thread that logs while another thread's line is in the sink waits for it).
+ * Setting the sink is safe while other threads log, and a sink that was replaced is not
+ * called after OrvLogSetSink returns.
+ *
+ * What a sink may do: call any function of the library. A line that the library logs on
+ * the sink's own thread while the sink runs (for example the info line of building a
+ * value in the year 3000) is dropped: it reaches no sink, so a sink is never re-entered.
+ * A sink may call OrvLogSetSink; the new sink receives the lines after the current one.
+ * A sink must not wait for another thread that logs (that thread waits for the sink).
+ * The lock behind this needs no runtime support: it is a flag that waiting threads poll,
+ * yielding the processor between polls, so keep sinks short.
  */
 #ifndef ORV_OS_ORVLOG_H
 #define ORV_OS_ORVLOG_H
@@ -23,13 +32,14 @@
 
 ORV_EXTERN_C_BEGIN
 
-typedef enum OrvLogLevel {
+typedef enum OrvLogLevel ORV_ENUM_BASE(OrvUint32) {
     ORV_LOGLEVEL_NONE = 0,
     ORV_LOGLEVEL_ERROR = 1,
     ORV_LOGLEVEL_WARNING = 2,
     ORV_LOGLEVEL_INFO = 3,
     ORV_LOGLEVEL_DEBUG = 4
 } OrvLogLevel;
+ORV_ENUM_SIZE_CHECK(OrvLogLevel);
 
 /** A log category is its name, a static string. */
 typedef const char* OrvLogCategory;
