@@ -1,10 +1,37 @@
 // The zone of a date-time value, its offset and its instant: moving a value to another
-// zone keeps the local reading; setting the instant keeps the zone.
+// zone keeps the local reading, converting it keeps the instant; setting the instant
+// keeps the zone; the current instant.
 #include "Calendar/OrvDateTimeInternal.hpp"
 
 #include "Orv/Calendar/OrvTimezoneInline.h"
 
 using orv::detail::Normalize;
+
+OrvDateTime* OrvDateTimeConstructNow(OrvDateTime* d, const OrvTimezone* tz)
+{
+    const OrvTime now = OrvTimeNow();
+    if (now == ORV_TIME_INVALID) return nullptr;
+    return OrvDateTimeConstruct(d, now, tz);
+}
+
+OrvBool OrvDateTimeConvertToTimezone(OrvDateTime* d, const OrvTimezone* tz)
+{
+    const OrvTime t = OrvDateTimeGetWallTime(d); // a floating value's fields read as UTC
+    if (t == ORV_TIME_INVALID) return ORV_FALSE;
+    const OrvTimezone* target = tz != nullptr ? tz : OrvFixedTimezoneGetUTC();
+    const OrvTime offset = orv::detail::IsGlobalUtc(target) ? 0 : OrvTimezoneGetOffsetInline(target, t);
+    OrvInt64 local = 0;
+    if (offset == ORV_TIME_INVALID || __builtin_add_overflow(t, offset, &local)) return ORV_FALSE;
+    // Take the new zone before the old one goes: tz may be d's own handle.
+    OrvTimezone incoming;
+    OrvTimezoneConstructCopy(&incoming, target);
+    OrvTimezoneSwap(&d->tz, &incoming);
+    OrvTimezoneDestruct(&incoming);
+    d->floating = tz == nullptr ? ORV_TRUE : ORV_FALSE;
+    d->wallTime = t;
+    d->offset = offset;
+    return OrvDateTimeSetFieldsFromWall(d); // cannot wrap: checked above
+}
 
 OrvBool OrvDateTimeSetTimezone(OrvDateTime* d, const OrvTimezone* tz)
 {

@@ -3,6 +3,9 @@
 
 #include "Calendar/CalendarMath.hpp"
 
+#include <algorithm>
+#include <utility>
+
 namespace orv::tzdb {
 
 namespace {
@@ -26,23 +29,27 @@ public:
     }
 
     // A zone abbreviation: three or more letters, or <...> with three or more of
-    // letters, digits, '+' and '-'. Only its well-formedness matters here.
-    bool Name()
+    // letters, digits, '+' and '-'; *name and *length get it without the brackets.
+    bool Name(const char** name, std::size_t* length)
     {
         std::size_t n = 0;
-        if (Eat('<')) {
+        const bool quoted = Eat('<');
+        *name = p_;
+        if (quoted) {
             while (!AtEnd() && *p_ != '>') {
                 const char c = *p_;
                 if (!IsAlpha(c) && !IsDigit(c) && c != '+' && c != '-') return false;
                 ++p_;
                 ++n;
             }
+            *length = n;
             return Eat('>') && n >= 3;
         }
         while (!AtEnd() && IsAlpha(*p_)) {
             ++p_;
             ++n;
         }
+        *length = n;
         return n >= 3;
     }
 
@@ -137,13 +144,13 @@ bool ParsePosixRule(const char* text, std::size_t len, PosixRule* out)
     RuleCursor c(text, len);
     PosixRule r;
     std::int32_t west = 0;
-    if (!c.Name() || !c.SignedHms(24, &west)) return false;
+    if (!c.Name(&r.stdName, &r.stdNameLength) || !c.SignedHms(24, &west)) return false;
     r.stdOffset = -west;
     if (c.AtEnd()) {
         *out = r;
         return true;
     }
-    if (!c.Name()) return false;
+    if (!c.Name(&r.dstName, &r.dstNameLength)) return false;
     r.hasDst = true;
     r.dstOffset = r.stdOffset + kSecondsPerHour;
     const char next = c.Peek();
@@ -168,28 +175,71 @@ void PosixRuleChangesInYear(const PosixRule& rule, std::int64_t year, std::int64
     *toStd = RuleDay(rule.end, year) * cal::kSecondsPerDay + rule.end.time - rule.dstOffset;
 }
 
-std::int32_t PosixRuleOffsetAt(const PosixRule& rule, std::int64_t t)
+bool PosixRuleIsDstAt(const PosixRule& rule, std::int64_t t)
 {
-    if (!rule.hasDst) return rule.stdOffset;
+    if (!rule.hasDst) return false;
     // The changes of the year before, this year and the next bracket t (each change
     // lies within a week of its own year); the latest one at or before t wins.
     const std::int64_t year = cal::YearOfSecond(t);
     std::int64_t best = INT64_MIN;
-    std::int32_t offset = rule.stdOffset;
+    bool dst = false;
     for (std::int64_t y = year - 1; y <= year + 1; ++y) {
         std::int64_t toDst = 0;
         std::int64_t toStd = 0;
         PosixRuleChangesInYear(rule, y, &toDst, &toStd);
         if (toDst <= t && toDst >= best) {
             best = toDst;
-            offset = rule.dstOffset;
+            dst = true;
         }
         if (toStd <= t && toStd >= best) {
             best = toStd;
-            offset = rule.stdOffset;
+            dst = false;
         }
     }
-    return offset;
+    return dst;
+}
+
+std::int32_t PosixRuleOffsetAt(const PosixRule& rule, std::int64_t t)
+{
+    return PosixRuleIsDstAt(rule, t) ? rule.dstOffset : rule.stdOffset;
+}
+
+PosixRuleReading PosixRuleReadLocal(const PosixRule& rule, std::int64_t local)
+{
+    if (!rule.hasDst) return {rule.stdOffset, rule.stdOffset, INT64_MIN};
+    // The changes of the reading's year and the years either side, in the order the
+    // zone table takes them: by year, the earlier of a year's two first; a change at
+    // the instant of the one before replaces it; one that goes back is dropped.
+    struct Change {
+        std::int64_t at;
+        bool toDst;
+    } changes[6];
+    int n = 0;
+    const std::int64_t year = cal::YearOfSecond(local);
+    for (std::int64_t y = year - 1; y <= year + 1; ++y) {
+        Change pair[2] = {{0, true}, {0, false}};
+        PosixRuleChangesInYear(rule, y, &pair[0].at, &pair[1].at);
+        if (pair[1].at < pair[0].at) std::swap(pair[0], pair[1]);
+        for (const Change& c : pair) {
+            if (n > 0 && c.at < changes[n - 1].at) continue;
+            if (n > 0 && c.at == changes[n - 1].at) {
+                changes[n - 1].toDst = c.toDst;
+            } else {
+                changes[n++] = c;
+            }
+        }
+    }
+    const auto offset = [&rule](bool dst) { return dst ? rule.dstOffset : rule.stdOffset; };
+    bool dst = PosixRuleIsDstAt(rule, changes[0].at - 1);
+    for (int i = 0; i < n; ++i) {
+        if (changes[i].toDst == dst) continue;
+        const std::int32_t before = offset(dst);
+        const std::int32_t after = offset(changes[i].toDst);
+        if (local < changes[i].at + std::min(before, after)) return {before, before, INT64_MIN};
+        if (local < changes[i].at + std::max(before, after)) return {before, after, changes[i].at};
+        dst = changes[i].toDst;
+    }
+    return {offset(dst), offset(dst), INT64_MIN};
 }
 
 } // namespace orv::tzdb

@@ -30,12 +30,18 @@ struct PosixRuleDate {
 };
 
 // "std offset [dst [offset] [,start[/time],end[/time]]]", offsets turned east-positive.
+// The names point into the parsed text, without the angle brackets of the quoted form
+// ("<+03>" gives "+03"), and are not terminated: they are valid as long as the text.
 struct PosixRule {
     std::int32_t stdOffset = 0;
     bool hasDst = false;
     std::int32_t dstOffset = 0;
     PosixRuleDate start; // standard -> daylight, at standard local time
     PosixRuleDate end;   // daylight -> standard, at daylight local time
+    const char* stdName = nullptr;
+    std::size_t stdNameLength = 0;
+    const char* dstName = nullptr; // null without daylight time
+    std::size_t dstNameLength = 0;
 };
 
 // Parses exactly len bytes (no terminator needed). A rule with a daylight name but no
@@ -46,8 +52,24 @@ bool ParsePosixRule(const char* text, std::size_t len, PosixRule* out);
 // starts, *toStd when it ends. Only meaningful when rule.hasDst.
 void PosixRuleChangesInYear(const PosixRule& rule, std::int64_t year, std::int64_t* toDst, std::int64_t* toStd);
 
+// True when the rule has daylight time in force at UTC second t.
+bool PosixRuleIsDstAt(const PosixRule& rule, std::int64_t t);
+
 // The offset the rule puts in force at UTC second t.
 std::int32_t PosixRuleOffsetAt(const PosixRule& rule, std::int64_t t);
+
+// What the rule makes of a local reading, given as seconds since 1970-01-01T00:00
+// local (any 64-bit value whose year the calendar kernels handle, |local| < 2^59):
+// change is INT64_MIN and both offsets are the reading's own when it occurs once;
+// otherwise change is the UTC second of the change that skips (offsetAfter greater)
+// or repeats (offsetAfter smaller) the reading, with the offsets before and after it.
+// The changes are those the zone table unrolls, in the same order of precedence.
+struct PosixRuleReading {
+    std::int32_t offsetBefore;
+    std::int32_t offsetAfter;
+    std::int64_t change;
+};
+PosixRuleReading PosixRuleReadLocal(const PosixRule& rule, std::int64_t local);
 
 } // namespace orv::tzdb
 

@@ -37,13 +37,27 @@ OrvTimezone* ConstructFromBytes(OrvTimezone* tz, const unsigned char* bytes, std
 // parse or an allocation fails.
 OrvTimezone* ConstructFromRule(OrvTimezone* tz, const char* rule, OrvAllocator* a);
 
+// The first transition strictly after t (Next) or the last strictly before t (Prev);
+// false, *out unchanged, when there is none inside the OrvTime range.
+bool NextTransition(const TzdbZone* z, OrvTime t, OrvTzdbTransition* out);
+bool PrevTransition(const TzdbZone* z, OrvTime t, OrvTzdbTransition* out);
+
+// The abbreviation and the daylight-saving flag of the local time type in force at t.
+const char* AbbreviationAt(const TzdbZone* z, OrvTime t);
+bool IsDstAt(const TzdbZone* z, OrvTime t);
+
 // Number of table entries of a database zone (its transitions inside the OrvTime
-// range, plus one for the offset before the first); 0 for any other zone.
+// range, plus one for the time type before the first); 0 for any other zone.
 std::size_t TransitionCount(const OrvTimezone* tz);
 
 // Entry i of that table: *at the instant of the change (INT64_MIN for entry 0), *offset
 // the offset from then on. False when i is out of range or tz is not such a zone.
 bool TransitionAt(const OrvTimezone* tz, std::size_t i, OrvTime* at, OrvTime* offset);
+
+// Turns a handle fresh from one of the constructors, and not yet copied, into an
+// uncounted one: its count block goes back to the allocator, and the zone then lives
+// until the caller runs tz->impl.d(tz->impl.ptr, tz->impl.a) itself.
+void DropCountBlock(OrvTimezone* tz);
 
 } // namespace orv::tzdb
 

@@ -102,7 +102,11 @@ TzifStatus ReadBlock(const Header& h, const unsigned char* p, int timeSize, Tzif
         if (utoff < kMinUtOffset || utoff > kMaxUtOffset) return TzifStatus::BadFormat;
         if (ty[4] > 1 || ty[5] >= h.charcnt) return TzifStatus::BadFormat;
         out->utOffsets[i] = utoff;
+        out->isDst[i] = ty[4];
+        out->abbrIndexes[i] = ty[5];
     }
+    out->chars = types + 6 * static_cast<std::size_t>(h.typecnt);
+    out->charCount = h.charcnt;
     const unsigned char* indicators = types + 6 * static_cast<std::size_t>(h.typecnt) + h.charcnt +
                                       static_cast<std::size_t>(h.leapcnt) * static_cast<std::size_t>(timeSize + 4);
     for (std::uint32_t i = 0; i < h.isstdcnt + h.isutcnt; ++i) {

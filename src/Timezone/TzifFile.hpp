@@ -22,8 +22,12 @@ struct TzifFile {
     const unsigned char* times = nullptr;      // timeCount big-endian times, strictly ascending
     const unsigned char* typeIndexes = nullptr; // timeCount bytes, each < typeCount
     std::int32_t utOffsets[256] = {};          // per type, within [kMinUtOffset, kMaxUtOffset]
+    std::uint8_t isDst[256] = {};              // per type, 0 or 1
+    std::uint8_t abbrIndexes[256] = {};        // per type, each < charCount
+    const unsigned char* chars = nullptr;      // charCount bytes of NUL-separated abbreviations
+    std::uint32_t charCount = 0;               // at least 1
     bool hasRule = false;                      // footer present and not empty
-    PosixRule rule;
+    PosixRule rule;                            // its names point into the footer
 
     std::int64_t TimeAt(std::uint32_t i) const;
     std::int32_t OffsetAfter(std::uint32_t i) const { return utOffsets[typeIndexes[i]]; }

@@ -115,6 +115,11 @@ ORV_API OrvDateTime* OrvDateTimeConstructDefault(OrvDateTime* d);
  *      OrvDateTimeConstruct(&d, 0, NULL);   // 1970-01-01T00:00:00, floating */
 ORV_API OrvDateTime* OrvDateTimeConstruct(OrvDateTime* d, OrvTime t, const OrvTimezone* tz);
 
+/** The current instant (OrvTimeNow) read in tz, or floating (read as UTC) when tz is
+ *  null. Null when the clock cannot be read, or as OrvDateTimeConstruct.
+ *      OrvDateTimeConstructNow(&d, OrvTzdbTimezoneGetSharedLocal());   // local time now */
+ORV_API OrvDateTime* OrvDateTimeConstructNow(OrvDateTime* d, const OrvTimezone* tz);
+
 /** The local reading given by the fields in tz (floating when tz is null), carried
  *  into range: month 13 of 2024 is January 2025, day 0 the last day of the month
  *  before, hour -1 23:00 of the day before. A reading the zone skips moves forward
@@ -169,6 +174,17 @@ ORV_API OrvTime OrvDateTimeGetDaysSincePosixEpoch_(const OrvDateTime* d);
  *      // d reads 2024-07-01 12:00 at +02:00; moved to a -04:00 zone it still reads
  *      // 2024-07-01 12:00, and its instant is 6 hours later */
 ORV_API OrvBool OrvDateTimeSetTimezone(OrvDateTime* d, const OrvTimezone* tz);
+
+/** Moves d to zone tz, keeping its instant: the fields become the instant's reading in
+ *  tz; tz null makes d floating with its UTC reading as fields. A floating d's instant
+ *  is its fields read as UTC. The counterpart of OrvDateTimeSetTimezone, which keeps
+ *  the reading and moves the instant. The week settings are kept.
+ *  False, with d unchanged (only normalized), when d has no instant (its zone has no
+ *  offset, or its date lies outside 1677-09-21 .. 2262-04-11), when tz has no offset
+ *  at that instant, or when the reading would leave the 64-bit range.
+ *      // d reads 2024-07-01 12:00 at +02:00; converted to a -04:00 zone it reads
+ *      // 2024-07-01 06:00 and denotes the same instant */
+ORV_API OrvBool OrvDateTimeConvertToTimezone(OrvDateTime* d, const OrvTimezone* tz);
 
 /** The zone's offset at d's instant (local minus UTC, ns, east positive).
  *  ORV_TIME_INVALID for a floating value and when the zone has no offset. */

@@ -9,7 +9,24 @@
  * turned into one table covering every instant an OrvTime can hold, so the offset
  * queries never touch the file system and never allocate. The zone object and its
  * table come from the caller's allocator; the zone is shared by the usual counted
- * handle (OrvTimezone.h) and can be used from several threads at once.
+ * handle (OrvTimezone.h) and can be used from several threads at once. A program that
+ * wants each zone once for its whole run takes OrvTzdbTimezoneGetShared instead.
+ *
+ * Local readings outside the instant range (years after 2262 or before 1677, which
+ * values keep as fields) follow the zone's own rules: after the file's last
+ * transition the footer rule, evaluated in the reading's own year (3000-01-01T00:00
+ * in America/New_York is -05:00, 3000-07-01 -04:00); before its first transition the
+ * file's first local time type (local mean time, for most zones).
+ *
+ * Besides offsets, each instant has a local time type's daylight-saving flag and
+ * abbreviation ("CEST", "EST", "IST", "-03"), and the zone lists its transitions:
+ *
+ *     OrvTzdbTransition tr;
+ *     OrvTime t = INT64_MIN;
+ *     while (OrvTzdbTimezoneNextTransition(&berlin, t, &tr)) {   // oldest first
+ *         printf("%lld %s -> %s\n", (long long)tr.instant, tr.abbreviationBefore, tr.abbreviationAfter);
+ *         t = tr.instant;
+ *     }
  *
  * Gaps and overlaps (what getOffsetFromFields answers for a local reading):
  *  - a reading that occurs once gets the offset in force at that moment;
@@ -69,6 +86,65 @@ ORV_API OrvBool OrvTzdbTimezoneIs(const OrvTimezone* tz);
  *  Valid while the zone lives. */
 ORV_API const char* OrvTzdbTimezoneGetId(const OrvTimezone* tz);
 
+/** The zone named zoneId, loaded once for the whole process and kept until it ends.
+ *  Every call with the same id, from any thread, returns the same handle; the first
+ *  call reads the database, so later changes to the files or to TZDIR do not reach
+ *  it. The handle is uncounted (no count block, like the global UTC zone): values
+ *  copy and drop it without any atomic operation. Never destruct it or assign into
+ *  it. Its memory comes from the default allocator (OrvAllocatorGetDefault) and is
+ *  never freed. Safe to call from many threads at once; the lookup takes no lock.
+ *  Null, with nothing kept, for an id OrvTzdbTimezoneConstruct refuses (a null id
+ *  included) or when an allocation fails; a later call tries again.
+ *      const OrvTimezone* ny = OrvTzdbTimezoneGetShared("America/New_York");
+ *      OrvDateTimeConstruct(&d, t, ny);   // no count changes; nothing to release */
+ORV_API const OrvTimezone* OrvTzdbTimezoneGetShared(const char* zoneId);
+
+/** The local zone, found as OrvTzdbTimezoneConstructLocal finds it at the first
+ *  successful call, then shared like OrvTzdbTimezoneGetShared's zones (uncounted,
+ *  default allocator, never freed, the same handle for every thread). Null only when
+ *  OrvTzdbTimezoneConstructLocal fails; a later call tries again. */
+ORV_API const OrvTimezone* OrvTzdbTimezoneGetSharedLocal(void);
+
+/** A change of a zone's local time type at one instant: of the offset, of the
+ *  daylight-saving flag, of the abbreviation, or of several. A change of none of them
+ *  is not a transition. */
+typedef struct OrvTzdbTransition {
+    OrvTime instant;                /* the first instant of the new type */
+    OrvTime offsetBefore;           /* local minus UTC before the instant, ns */
+    OrvTime offsetAfter;            /* local minus UTC from the instant on, ns */
+    OrvBool isDstBefore;            /* daylight-saving flags before and after */
+    OrvBool isDstAfter;
+    const char* abbreviationBefore; /* "CET", "CEST", "-03"; valid while the zone lives */
+    const char* abbreviationAfter;
+} OrvTzdbTransition;
+
+/** The first transition strictly after t, into *out. False, with *out unchanged, when
+ *  there is none before the end of the OrvTime range, when tz is not a zone of this
+ *  header or out is null. Any t is accepted (INT64_MIN: the zone's first transition).
+ *      OrvTzdbTimezoneNextTransition(&berlin, t2024_01_01, &tr);
+ *      // tr.instant 2024-03-31T01:00Z, +01:00 "CET" -> +02:00 "CEST", isDstAfter true */
+ORV_API OrvBool OrvTzdbTimezoneNextTransition(const OrvTimezone* tz, OrvTime t, OrvTzdbTransition* out);
+
+/** The last transition strictly before t, into *out; as OrvTzdbTimezoneNextTransition
+ *  otherwise. ORV_TIME_INVALID (the largest OrvTime) gives the zone's last transition
+ *  in the range. */
+ORV_API OrvBool OrvTzdbTimezonePrevTransition(const OrvTimezone* tz, OrvTime t, OrvTzdbTransition* out);
+
+/** The abbreviation in force at the instant t, as the database gives it ("CEST", "EST",
+ *  "IST", "-03"; a rule's quoted names without their angle brackets). Valid while the
+ *  zone lives. Null when tz is not a zone of this header or t is ORV_TIME_INVALID.
+ *      OrvTzdbTimezoneGetAbbreviation(&berlin, t2024_07_01);   // "CEST" */
+ORV_API const char* OrvTzdbTimezoneGetAbbreviation(const OrvTimezone* tz, OrvTime t);
+
+/** True when daylight-saving time is in force at the instant t, as the database flags
+ *  it (Europe/Dublin flags its winter time, GMT, and not its summer time, IST). False
+ *  when tz is not a zone of this header or t is ORV_TIME_INVALID. */
+ORV_API OrvBool OrvTzdbTimezoneIsDst(const OrvTimezone* tz, OrvTime t);
+
+/** The version of the database in use ("2025b"), or "" when it does not say. Valid
+ *  until the calling thread's next call. */
+ORV_API const char* OrvTzdbGetVersion(void);
+
 /** What a local reading is in a zone. */
 typedef enum OrvTzdbLookupKind ORV_ENUM_BASE(OrvUint32) {
     ORV_TZDBLOOKUPKIND_Unique = 0,   /* occurs exactly once */
@@ -87,7 +163,8 @@ typedef struct OrvTzdbLookup {
     OrvTime offsetBefore;
     OrvTime offsetAfter;
     /** Skipped or repeated: the instant of the clock change (the new offset applies
-     *  from it on). Unique: ORV_TIME_INVALID. */
+     *  from it on), or ORV_TIME_INVALID when it lies outside the instant range.
+     *  Unique: ORV_TIME_INVALID. */
     OrvTime transition;
 } OrvTzdbLookup;
 

@@ -8,6 +8,8 @@
  *
  * ORV_TIME_INVALID, the largest OrvTime, is never a real instant or offset: stored,
  * it marks a value as not yet worked out; returned, it means there is no answer.
+ *
+ * OrvTimeNow reads the current instant.
  */
 #ifndef ORV_OS_ORVTIME_H
 #define ORV_OS_ORVTIME_H
@@ -22,5 +24,16 @@ typedef OrvInt64 OrvTime;
 #define ORV_TIME_NANOSECONDS_PER_MINUTE ((OrvTime)60 * ORV_TIME_NANOSECONDS_PER_SECOND)
 #define ORV_TIME_NANOSECONDS_PER_HOUR ((OrvTime)3600 * ORV_TIME_NANOSECONDS_PER_SECOND)
 #define ORV_TIME_NANOSECONDS_PER_DAY ((OrvTime)86400 * ORV_TIME_NANOSECONDS_PER_SECOND)
+
+ORV_EXTERN_C_BEGIN
+
+/** The current instant: the system's real-time clock (CLOCK_REALTIME), in nanoseconds
+ *  since 1970-01-01T00:00:00 UTC. It follows the system's clock, so it can jump when
+ *  the clock is set; measure durations with a monotonic clock instead.
+ *  ORV_TIME_INVALID when the clock cannot be read or lies outside the instant range.
+ *      OrvTime now = OrvTimeNow();   // e.g. 1714555800123456789 */
+ORV_API OrvTime OrvTimeNow(void);
+
+ORV_EXTERN_C_END
 
 #endif /* ORV_OS_ORVTIME_H */
