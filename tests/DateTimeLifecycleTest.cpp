@@ -3,6 +3,7 @@
 #include "Calendar/OrvDateTimeInternal.hpp"
 #include "support/CountingAllocator.h"
 #include "support/FieldsMatcher.h"
+#include "support/LogCapture.h"
 #include "support/TestZones.h"
 
 #include <gtest/gtest.h>
@@ -95,18 +96,27 @@ TEST_F(LifecycleTest, FailedConstructionsGiveTheZoneReferenceBack)
     EXPECT_EQ(OrvDateTimeConstruct(&d, INT64_MAX - kHour + 1, &zone_), nullptr); // local reading wraps
     EXPECT_EQ(Uses(), 1);
 
-    for (bool failFields : {true, false}) {
-        TransitionZoneRules rules;
-        rules.failFields = failFields;
-        rules.failInstants = !failFields;
+    // Zones without an answer for readings, or for instants, and a zone whose correction
+    // of a reading it skips carries the reading past the 64-bit range (+2 h from an hour
+    // before the last instant; logged as an error). The same reading fails a move there.
+    const TransitionZoneRules kinds[] = {
+        {0, {}, true, false}, {0, {}, false, true}, {0, {{INT64_MAX - kHour, 2 * kHour}}, false, false}};
+    for (const TransitionZoneRules& rules : kinds) {
+        SCOPED_TRACE(&rules - kinds);
+        orv::test::LogCapture log;
         OrvTimezone broken;
         int calls = 0;
         ASSERT_NE(MakeTransitionZone(&broken, rules, alloc_.get(), &calls), nullptr);
-        EXPECT_EQ(OrvDateTimeConstructFields(&d, 2024, 5, 1, 0, 0, 0, 0, &broken), nullptr);
+        EXPECT_EQ(OrvDateTimeConstructFields(&d, 2262, 4, 11, 23, 17, 16, 854775807, &broken), nullptr);
         EXPECT_EQ(OrvTimezoneGetUseCount(&broken), 1);
-        if (!failFields) {
+        EXPECT_EQ(log.lines().size(), rules.transitions.size());
+        if (rules.failInstants) {
             EXPECT_EQ(OrvDateTimeConstruct(&d, 0, &broken), nullptr);
         }
+        ASSERT_NE(OrvDateTimeConstructFields(&d, 2262, 4, 11, 23, 17, 16, 854775807, nullptr), nullptr);
+        EXPECT_FALSE(OrvDateTimeSetTimezone(&d, &broken));
+        EXPECT_TRUE(OrvDateTimeIsFloating(&d) && OrvDateTimeGetWallTime(&d) == INT64_MAX - kHour / 2);
+        OrvDateTimeDestruct(&d);
         EXPECT_EQ(OrvTimezoneGetUseCount(&broken), 1);
         OrvTimezoneDestruct(&broken);
         EXPECT_EQ(calls, 1);

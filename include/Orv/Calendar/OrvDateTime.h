@@ -23,6 +23,15 @@
  *     at once, reads included; values on different threads may share a zone.
  *  8. Memory. Only the vector and the set allocate, always through the caller's
  *     OrvAllocator, returning each block with the byte size it was obtained with.
+ *  9. Booleans. An OrvBool the library reads (the normalized and floating members of
+ *     a value, a callback's answer) is true when it is nonzero, whatever its value.
+ *     The OrvBool results are ORV_TRUE (1) or ORV_FALSE (0), except that
+ *     OrvDateTimeIsFloating returns the floating member as it is stored.
+ * 10. Null pointers. A zone argument tz may be null where its function says what null
+ *     means (floating). Every other pointer argument must point to a valid object: a
+ *     constructed value, vector, set or string, zero-terminated text, a weekday; null
+ *     is not checked for. (The containers' null iterator is their own: see their
+ *     headers.)
  *
  * Example:
  *
@@ -125,7 +134,11 @@ ORV_API OrvDateTime* OrvDateTimeConstructNow(OrvDateTime* d, const OrvTimezone* 
  *  before, hour -1 23:00 of the day before. A reading the zone skips moves forward
  *  by the zone's correction. A date outside the instant range is built with its
  *  fields and ORV_TIME_INVALID as its instant (logged at info level).
- *  Null only when the zone has no offset for the reading or its instant.
+ *  Null only when the zone has no offset for the reading or its instant, or when the
+ *  zone corrects the reading (its offset at the reading's instant differs from the
+ *  one it gave for the reading, as for a skipped reading) and the fields can then not
+ *  be worked out again: the instant plus the corrected offset leaves the 64-bit range
+ *  (only within a zone's offset of the ends of the instant range; logged as an error).
  *
  *  Fields near the 32-bit limits: carrying is exact (done in 64-bit arithmetic), in
  *  constant time whatever the size of a field. When the carried year does not fit
@@ -169,8 +182,11 @@ ORV_API OrvTime OrvDateTimeGetDaysSincePosixEpoch_(const OrvDateTime* d);
  *  d's own zone, or tz is null and d already floats. A floating value given any zone,
  *  the global UTC zone included, stops floating. A date outside the instant range
  *  counts as success (its instant stays ORV_TIME_INVALID).
- *  False when the new zone has no offset for the reading: d keeps its old zone, floating
- *  flag and fields (carried into range), and the new zone keeps no reference from d.
+ *  False when the new zone has no offset for the reading or for its instant, or when
+ *  the new zone corrects the reading and the fields can then not be worked out again
+ *  (the instant plus the corrected offset leaves the 64-bit range; logged as an
+ *  error, as for OrvDateTimeConstructFields): d keeps its old zone, floating flag and
+ *  fields (carried into range), and the new zone keeps no reference from d.
  *      // d reads 2024-07-01 12:00 at +02:00; moved to a -04:00 zone it still reads
  *      // 2024-07-01 12:00, and its instant is 6 hours later */
 ORV_API OrvBool OrvDateTimeSetTimezone(OrvDateTime* d, const OrvTimezone* tz);
