@@ -16,7 +16,11 @@
 
 using orv::test::CountingAllocator;
 using orv::test::Int;
+using orv::test::IntNode;
+using orv::test::IntSetRecord;
 using orv::test::IntState;
+using orv::test::TestInt;
+using IS = orv::test::IntSet;
 
 namespace {
 
@@ -61,9 +65,9 @@ std::string Shape(const Node* n, KeyOf key)
     return s + "(" + Shape(n->left, key) + "," + Shape(n->right, key) + ")";
 }
 
-std::string Shape(const OrvSet_OrvTestInt* s)
+std::string Shape(const IntSetRecord* s)
 {
-    return Shape(s->end.left, [](const OrvTestInt* v) { return v->value; });
+    return Shape(s->end.left, [](const TestInt* v) { return v->value; });
 }
 
 std::vector<int64_t> Walk(OrvSet_OrvDateTime* s)
@@ -78,29 +82,29 @@ std::vector<int64_t> Walk(OrvSet_OrvDateTime* s)
 
 #define EXPECT_VALID(set) EXPECT_EQ(DateTimeTree::Validate(set), nullptr)
 
-class IntSet : public ::testing::Test {
+class SetShapes : public ::testing::Test {
 protected:
     void SetUp() override { orv::test::ResetIntState(); }
     void TearDown() override { EXPECT_EQ(IntState().live, 0) << "elements leaked or destructed twice"; }
 
-    static void Build(OrvSet_OrvTestInt* s, OrvAllocator* a, const std::vector<int64_t>& order)
+    static void Build(IntSetRecord* s, OrvAllocator* a, const std::vector<int64_t>& order)
     {
-        OrvSet_OrvTestIntConstruct(s, a);
+        IS::Construct(s, a);
         for (int64_t k : order) {
-            const OrvTestInt v = Int(k);
-            ASSERT_TRUE(OrvSet_OrvTestIntInsert(s, &v).second);
+            const TestInt v = Int(k);
+            ASSERT_TRUE(IS::Insert(s, &v).second);
         }
     }
-    static OrvSet_OrvTestInt_Node* Node(OrvSet_OrvTestInt* s, int64_t k)
+    static IntNode* Node(IntSetRecord* s, int64_t k)
     {
-        const OrvTestInt v = Int(k);
-        return OrvSet_OrvTestIntFind(s, &v);
+        const TestInt v = Int(k);
+        return IS::FindIn(s, &v);
     }
 };
 
 // --- tree shapes ---------------------------------------------------------------------
 
-TEST_F(IntSet, ShapesAndHeightsAfterInsertionOrders)
+TEST_F(SetShapes, ShapesAndHeightsAfterInsertionOrders)
 {
     struct Case {
         std::vector<int64_t> order;
@@ -118,18 +122,18 @@ TEST_F(IntSet, ShapesAndHeightsAfterInsertionOrders)
     };
     for (const Case& c : cases) {
         CountingAllocator a;
-        OrvSet_OrvTestInt s;
+        IntSetRecord s;
         Build(&s, a.get(), c.order);
         EXPECT_EQ(Shape(&s), c.shape);
         EXPECT_EQ(a.liveBlocks(), c.order.size());
-        OrvSet_OrvTestIntDestruct(&s);
+        IS::Destruct(&s);
         EXPECT_EQ(a.liveBlocks(), 0u);
     }
 }
 
 // Erase relinks a substitute and rebalances as the removal rules say; the nodes of the
 // remaining elements are the same nodes as before.
-TEST_F(IntSet, ShapesAfterRemoval)
+TEST_F(SetShapes, ShapesAfterRemoval)
 {
     struct Case {
         const char* what;
@@ -153,86 +157,86 @@ TEST_F(IntSet, ShapesAfterRemoval)
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         CountingAllocator a;
-        OrvSet_OrvTestInt s;
+        IntSetRecord s;
         Build(&s, a.get(), c.order);
-        std::vector<std::pair<int64_t, OrvSet_OrvTestInt_Node*>> nodes;
+        std::vector<std::pair<int64_t, IntNode*>> nodes;
         for (int64_t k : c.order) {
             if (k != c.erase) nodes.emplace_back(k, Node(&s, k));
         }
-        OrvSet_OrvTestIntIterator next = OrvSet_OrvTestIntErase(&s, Node(&s, c.erase));
-        EXPECT_EQ(next, c.next < 0 ? OrvSet_OrvTestIntEnd(&s) : Node(&s, c.next));
+        IntNode* next = IS::Erase(&s, Node(&s, c.erase));
+        EXPECT_EQ(next, c.next < 0 ? &s.end : Node(&s, c.next));
         EXPECT_EQ(Shape(&s), c.shape);
         for (const auto& [k, node] : nodes) EXPECT_EQ(Node(&s, k), node) << k;
         EXPECT_EQ(a.liveBlocks(), c.order.size() - 1);
         EXPECT_EQ(a.badDeallocations(), 0u);
-        OrvSet_OrvTestIntDestruct(&s);
+        IS::Destruct(&s);
     }
 }
 
 // --- copy ------------------------------------------------------------------------------
 
-TEST_F(IntSet, CopyKeepsShapeAndHeightsAllocatingInPreOrder)
+TEST_F(SetShapes, CopyKeepsShapeAndHeightsAllocatingInPreOrder)
 {
     CountingAllocator a;
-    OrvSet_OrvTestInt s;
+    IntSetRecord s;
     Build(&s, a.get(), {5, 2, 8, 1, 4, 7, 9, 3, 6});
     IntState().logging = true;
-    OrvSet_OrvTestInt copy;
-    ASSERT_EQ(OrvSet_OrvTestIntConstructCopy(&copy, &s), &copy);
+    IntSetRecord copy;
+    ASSERT_EQ(IS::ConstructCopy(&copy, &s), &copy);
     EXPECT_EQ(IntState().log, (std::vector<std::string>{"C5", "C2", "C1", "C4", "C3", "C8", "C7", "C6", "C9"}));
     IntState().logging = false;
     EXPECT_EQ(Shape(&copy), Shape(&s));
     EXPECT_EQ(copy.end.left->parent, &copy.end);
     EXPECT_EQ(copy.end.left->pPtr, &copy.end.left);
-    EXPECT_EQ(OrvSet_OrvTestIntSize(&copy), 9u);
-    EXPECT_EQ(OrvSet_OrvTestIntGetAllocator(&copy), a.get());
-    OrvSet_OrvTestIntDestruct(&copy);
-    OrvSet_OrvTestIntDestruct(&s);
+    EXPECT_EQ(copy.size, 9u);
+    EXPECT_EQ(copy.alloc, a.get());
+    IS::Destruct(&copy);
+    IS::Destruct(&s);
 }
 
 // NodeCopy with the k-th element copy failing: null, everything taken released, the
 // source untouched.
-TEST_F(IntSet, NodeCopyWithFailingElementCopy)
+TEST_F(SetShapes, NodeCopyWithFailingElementCopy)
 {
     CountingAllocator a;
-    OrvSet_OrvTestInt s;
+    IntSetRecord s;
     Build(&s, a.get(), {5, 2, 8, 1, 4, 7, 9, 3, 6});
     const std::string shape = Shape(&s);
-    OrvSet_OrvTestInt_Node* root = nullptr;
+    IntNode* root = nullptr;
     for (long k = 1; k <= 9; ++k) {
         CountingAllocator b;
         IntState().copies = 0;
         IntState().failCopyAt = k;
-        EXPECT_EQ(OrvSet_OrvTestInt_NodeCopy(s.end.left, nullptr, &root, b.get()), nullptr) << k;
+        EXPECT_EQ(orv::test::IntTree::Copy(s.end.left, nullptr, &root, b.get()), nullptr) << k;
         EXPECT_EQ(b.liveBlocks(), 0u);
         EXPECT_EQ(b.badDeallocations(), 0u);
         EXPECT_EQ(IntState().live, 9);
     }
     IntState().failCopyAt = 0;
     EXPECT_EQ(Shape(&s), shape);
-    OrvSet_OrvTestIntDestruct(&s);
+    IS::Destruct(&s);
 }
 
 // Insert with no node to be had, or with the element copy failing: the end position and
 // false, the set as it was, nothing leaked.
-TEST_F(IntSet, InsertFailsCleanly)
+TEST_F(SetShapes, InsertFailsCleanly)
 {
     for (bool copyFails : {false, true}) {
         SCOPED_TRACE(copyFails);
         CountingAllocator a;
-        OrvSet_OrvTestInt s;
+        IntSetRecord s;
         Build(&s, a.get(), {1, 2});
         IntState().copies = 0;
         IntState().failCopyAt = copyFails ? 1 : 0;
         a.failAt(copyFails ? 0 : 1);
-        const OrvTestInt v = Int(3);
-        const OrvPair_OrvSet_OrvTestIntIterator__OrvBool r = OrvSet_OrvTestIntInsert(&s, &v);
-        EXPECT_EQ(r.first, OrvSet_OrvTestIntEnd(&s));
+        const TestInt v = Int(3);
+        const auto r = IS::Insert(&s, &v);
+        EXPECT_EQ(r.first, &s.end);
         EXPECT_FALSE(r.second);
         EXPECT_EQ(Shape(&s), "1/2(-,2/1)");
         EXPECT_EQ(a.liveBlocks(), 2u);
         EXPECT_EQ(IntState().live, 2);
-        OrvSet_OrvTestIntDestruct(&s);
+        IS::Destruct(&s);
         EXPECT_EQ(a.badDeallocations(), 0u);
     }
 }

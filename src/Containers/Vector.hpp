@@ -1,21 +1,34 @@
-// The growable array behind every OrvVector_<T> of the library, written once over an
-// element-operations class and instantiated per element type by ORV_GENERATE_VECTOR.
+// The growable array behind OrvVector_OrvDateTime, written once over an
+// element-operations class; the C entry points that call it are in
+// src/Calendar/OrvDateTimeVector.cpp, its iterators' steps in VectorIterator.hpp.
 //
 // The element-operations class E provides
 //     using Value = <element record>;
 //     static Value* ConstructCopy(Value* slot, const Value* src); // null: the copy failed
 //     static Value* Assign(Value* slot, const Value* src);        // null: the copy failed
 //     static void Destruct(Value* slot);
-// and the record R is the public C struct {allocator, begin, end, endBuf}.
+// A failed ConstructCopy leaves its slot raw (nothing to destruct); a failed Assign
+// leaves its slot holding its former value. The record R is the public C struct
+// {allocator, begin, end, endBuf}.
 //
 // Rules every operation keeps:
 //  - Elements are created, overwritten and ended only through E, never by copying
-//    bytes. Moving to a new block copy-constructs every element there first and
-//    destructs the old ones afterwards, last first.
+//    bytes. Moving to a new block copy-constructs every element there first (new
+//    elements included) and destructs the old ones afterwards, last first.
 //  - Storage comes from the record's allocator in blocks of exactly Capacity slots and
 //    goes back with that same byte size. Nothing asks for zero slots.
-//  - A failed allocation leaves the vector as it was (Assign excepted: it has already
-//    released its old block and is left empty, without storage).
+//  - A failed allocation, or a request past kMaxSize, leaves the vector as it was
+//    (Assign excepted: it has already released its old block and is left empty,
+//    without storage).
+//  - A failed element copy gives the operation's failure result; afterwards every
+//    slot below end holds a constructed element and nothing is leaked. The vector is
+//    as it was when the copy went into a new block (constructors give null holding
+//    nothing; PushBack, Resize, Reserve and the growing Insert, InsertN and
+//    InsertRange leave it untouched) or into a raw slot past the end (PushBack and
+//    Resize with room). A copy that fails while elements are shifted or overwritten in
+//    place leaves the state each operation below describes: the vector is then valid
+//    but neither its former self nor the requested result. OrvDateTime's copies never
+//    fail, so for the public vector every failure leaves it as it was.
 #ifndef ORV_SRC_CONTAINERS_VECTOR_HPP
 #define ORV_SRC_CONTAINERS_VECTOR_HPP
 
@@ -82,6 +95,10 @@ public:
         if (x->begin != nullptr) Deallocate(x->allocator, x->begin, Capacity(x));
     }
 
+    // A failed element copy, the k-th (from 0) of y's elements, leaves x holding copies
+    // of y's first k elements, followed by x's own former elements from index k on when
+    // it failed overwriting one of them in place (in the first min(Size(x), Size(y))
+    // copies of an Assign that did not need a new block).
     static R* Assign(R* x, const R* y)
     {
         if (x == y) return x;
@@ -127,7 +144,9 @@ public:
         // Different allocators: every element stays on storage of the vector that
         // holds it. The larger vector L keeps its block and receives the smaller one's
         // values; the smaller vector S gets a new block from its own allocator, sized
-        // for L's values.
+        // for L's values. A failed element copy into the new block leaves both as they
+        // were; one into L's block, after L's former elements were destructed, leaves S
+        // as it was and L holding copies of S's first k elements (k the copies made).
         R* l = SizeOf(x) >= SizeOf(y) ? x : y;
         R* s = l == x ? y : x;
         const Size lSize = SizeOf(l);
@@ -182,11 +201,14 @@ public:
         // Room for the current size plus the requested size, as the growth policy
         // has it; capped at the largest count, which still holds n.
         const Size wanted = size + n > kMaxSize ? kMaxSize : size + n;
-        const Size tIndex = IndexIfInside(x, t);
-        if (!Reserve(x, wanted)) return ORV_FALSE;
-        if (tIndex != kOutside) t = x->begin + tIndex;
+        if (wanted > Capacity(x)) return RebuildAround(x, x->end, n - size, wanted, Repeat(t)) ? ORV_TRUE : ORV_FALSE;
+        T* const oldEnd = x->end;
         while (x->end != x->begin + n) {
-            if (E::ConstructCopy(x->end, t) == nullptr) return ORV_FALSE;
+            if (E::ConstructCopy(x->end, t) == nullptr) {
+                DestroyBackward(oldEnd, x->end); // the copies made so far go again
+                x->end = oldEnd;
+                return ORV_FALSE;
+            }
             ++x->end;
         }
         return ORV_TRUE;
@@ -205,9 +227,7 @@ public:
         if (x->end == x->endBuf) {
             const Size size = SizeOf(x);
             if (size >= kMaxSize) return ORV_FALSE;
-            const Size tIndex = IndexIfInside(x, t);
-            if (!Reallocate(x, GrowOne(size))) return ORV_FALSE;
-            if (tIndex != kOutside) t = x->begin + tIndex; // the value moved with its block
+            return RebuildAround(x, x->end, 1, GrowOne(size), Repeat(t)) ? ORV_TRUE : ORV_FALSE;
         }
         if (E::ConstructCopy(x->end, t) == nullptr) return ORV_FALSE;
         ++x->end;
@@ -220,13 +240,17 @@ public:
         E::Destruct(x->end);
     }
 
+    // In place, a failed copy of the last element into the raw slot past the end
+    // leaves the vector as it was; a failed shift or final assignment leaves Size + 1
+    // elements: the former ones in order, the one at the slot where the copy failed (at
+    // or after pos) appearing twice.
     static T* Insert(R* x, T* pos, const T* t)
     {
         if (x->end == x->endBuf) {
             const Size size = SizeOf(x);
             if (size >= kMaxSize) return nullptr;
             const Size index = static_cast<Size>(pos - x->begin);
-            return RebuildAround(x, pos, 1, GrowOne(size), [t](Size) { return t; }) ? x->begin + index : nullptr;
+            return RebuildAround(x, pos, 1, GrowOne(size), Repeat(t)) ? x->begin + index : nullptr;
         }
         if (pos == x->end) {
             if (E::ConstructCopy(x->end, t) == nullptr) return nullptr;
@@ -244,9 +268,12 @@ public:
         return E::Assign(pos, src) == nullptr ? nullptr : pos;
     }
 
+    // In place, a failed element copy leaves between Size and Size + n elements, each a
+    // former element or one of the new values, in an order that depends on the step
+    // that failed (see InsertCounted).
     static OrvBool InsertN(R* x, T* pos, Size n, const T* t)
     {
-        return InsertCounted(x, pos, n, [t](Size) { return t; });
+        return InsertCounted(x, pos, n, Repeat(t));
     }
 
     static OrvBool InsertRange(R* x, T* pos, const T* first, const T* last)
@@ -254,6 +281,9 @@ public:
         return InsertCounted(x, pos, static_cast<Size>(last - first), [first](Size k) { return first + k; });
     }
 
+    // A failed assignment at slot p cuts the vector there: it keeps the elements before
+    // p (those from pos on already moved down one slot), destructs the rest and gives
+    // null. EraseRange does the same.
     static T* Erase(R* x, T* pos)
     {
         for (T* p = pos; p + 1 != x->end; ++p) {
@@ -276,8 +306,6 @@ public:
     }
 
 private:
-    static constexpr Size kOutside = ~Size{0};
-
     static T* Allocate(OrvAllocator* a, Size n) { return static_cast<T*>(OrvAllocatorAllocate(a, n * sizeof(T))); }
     static void Deallocate(OrvAllocator* a, T* block, Size n) { OrvAllocatorDeallocate(a, block, n * sizeof(T)); }
 
@@ -317,9 +345,10 @@ private:
         return a >= reinterpret_cast<std::uintptr_t>(first) && a < reinterpret_cast<std::uintptr_t>(last);
     }
 
-    static Size IndexIfInside(const R* x, const T* t)
+    // The source of every new element when all are copies of one value.
+    static auto Repeat(const T* t)
     {
-        return Inside(t, x->begin, x->end) ? static_cast<Size>(t - x->begin) : kOutside;
+        return [t](Size) { return t; };
     }
 
     // Growth by one element (PushBack, Insert): double, or 2 slots for an empty vector.
@@ -432,223 +461,6 @@ private:
     }
 };
 
-// Position arithmetic of the vector's iterators: P is the element pointer the kind
-// holds (T* or const T*); a reverse kind holds the slot after the element it designates
-// and steps the other way.
-template <class T, class P, bool kReverse>
-struct VectorIterator {
-    using Diff = OrvDistanceT;
-    static constexpr Diff kDir = kReverse ? -1 : 1;
-
-    static P* ConstructCopy(P* x, const P* y)
-    {
-        *x = *y;
-        return x;
-    }
-    static OrvBool Swap(P* x, P* y)
-    {
-        P t = *x;
-        *x = *y;
-        *y = t;
-        return ORV_TRUE;
-    }
-    static OrvBool Equal(const P* x, const P* y) { return *x == *y ? ORV_TRUE : ORV_FALSE; }
-    static P ContentOf(P* x) { return kReverse ? *x - 1 : *x; }
-    static const T* ContentOfConst(const P* x) { return kReverse ? *x - 1 : *x; }
-    static P* ConstructExceptional(P* x)
-    {
-        *x = nullptr;
-        return x;
-    }
-    static OrvBool IsExceptional(P x) { return x == nullptr ? ORV_TRUE : ORV_FALSE; }
-    static P* IncrementN(P* x, Diff n)
-    {
-        *x = Step(*x, n * kDir);
-        return x;
-    }
-    static OrvBool Less(const P* x, const P* y)
-    {
-        const auto p = reinterpret_cast<std::uintptr_t>(*x);
-        const auto q = reinterpret_cast<std::uintptr_t>(*y);
-        return (kReverse ? q < p : p < q) ? ORV_TRUE : ORV_FALSE;
-    }
-    static P At(P* x, Diff n) { return kReverse ? Step(*x, -n - 1) : Step(*x, n); }
-    static P Add(P* x, Diff n) { return Step(*x, n * kDir); }
-    static Diff Subtract(P* x, P* y)
-    {
-        const auto bytes = static_cast<Diff>(reinterpret_cast<std::uintptr_t>(*x) - reinterpret_cast<std::uintptr_t>(*y));
-        return bytes / static_cast<Diff>(sizeof(T)) * kDir;
-    }
-
-private:
-    // Steps are counted in elements; a step of 0 leaves even the exceptional iterator
-    // alone.
-    static P Step(P p, Diff n) { return n == 0 ? p : p + n; }
-};
-
 } // namespace orv::containers
-
-// Defines the exported C functions of OrvVector_<T> (declared by ORV_DECLARE_VECTOR)
-// over Vector<E, OrvVector_<T>>. Use at namespace scope in exactly one source file.
-#define ORV_GENERATE_VECTOR(T, E)                                                                               \
-    using OrvVectorImpl_##T = ::orv::containers::Vector<E, OrvVector_##T>;                                       \
-    static_assert(sizeof(OrvVector_##T) == 4 * sizeof(void*));                                                     \
-    extern "C" {                                                                                                  \
-    OrvVector_##T* OrvVector_##T##ConstructDefault(OrvVector_##T* x, OrvAllocator* a)                            \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::ConstructDefault(x, a);                                                         \
-    }                                                                                                             \
-    OrvVector_##T* OrvVector_##T##ConstructN(OrvVector_##T* x, OrvVector_##T##SizeType n, const T* t,             \
-                                             OrvAllocator* a)                                                     \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::ConstructN(x, n, t, a);                                                         \
-    }                                                                                                             \
-    OrvVector_##T* OrvVector_##T##ConstructRange(OrvVector_##T* x, OrvVector_##T##ConstIterator first,            \
-                                                 OrvVector_##T##ConstIterator last, OrvAllocator* a)              \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::ConstructRange(x, first, last, a);                                              \
-    }                                                                                                             \
-    OrvVector_##T* OrvVector_##T##ConstructCopy(OrvVector_##T* x, const OrvVector_##T* y)                         \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::ConstructCopy(x, y);                                                            \
-    }                                                                                                             \
-    void OrvVector_##T##Destruct(OrvVector_##T* x) { OrvVectorImpl_##T::Destruct(x); }                           \
-    OrvVector_##T* OrvVector_##T##Assign(OrvVector_##T* x, const OrvVector_##T* y)                                \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::Assign(x, y);                                                                   \
-    }                                                                                                             \
-    OrvBool OrvVector_##T##Swap(OrvVector_##T* x, OrvVector_##T* y) { return OrvVectorImpl_##T::Swap(x, y); }    \
-    OrvVector_##T##SizeType OrvVector_##T##Size(const OrvVector_##T* x) { return OrvVectorImpl_##T::SizeOf(x); }  \
-    OrvVector_##T##SizeType OrvVector_##T##Capacity(const OrvVector_##T* x)                                       \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::Capacity(x);                                                                    \
-    }                                                                                                             \
-    OrvBool OrvVector_##T##Empty(const OrvVector_##T* x) { return OrvVectorImpl_##T::Empty(x); }                 \
-    OrvVector_##T##SizeType OrvVector_##T##MaxSize(const OrvVector_##T*) { return OrvVectorImpl_##T::kMaxSize; } \
-    OrvAllocator* OrvVector_##T##GetAllocator(const OrvVector_##T* x) { return x->allocator; }                   \
-    OrvBool OrvVector_##T##Reserve(OrvVector_##T* x, OrvVector_##T##SizeType capacity)                            \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::Reserve(x, capacity);                                                           \
-    }                                                                                                             \
-    OrvBool OrvVector_##T##Resize(OrvVector_##T* x, OrvVector_##T##SizeType n, const T* t)                        \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::Resize(x, n, t);                                                                \
-    }                                                                                                             \
-    void OrvVector_##T##Clear(OrvVector_##T* x) { OrvVectorImpl_##T::Clear(x); }                                 \
-    T* OrvVector_##T##At(OrvVector_##T* x, OrvVector_##T##SizeType n) { return x->begin + n; }                    \
-    const T* OrvVector_##T##AtConst(const OrvVector_##T* x, OrvVector_##T##SizeType n) { return x->begin + n; }   \
-    T* OrvVector_##T##Front(OrvVector_##T* x) { return x->begin; }                                                \
-    const T* OrvVector_##T##FrontConst(const OrvVector_##T* x) { return x->begin; }                               \
-    T* OrvVector_##T##Back(OrvVector_##T* x) { return x->end - 1; }                                               \
-    const T* OrvVector_##T##BackConst(const OrvVector_##T* x) { return x->end - 1; }                              \
-    OrvVector_##T##Iterator OrvVector_##T##Begin(OrvVector_##T* x) { return x->begin; }                           \
-    OrvVector_##T##ConstIterator OrvVector_##T##BeginConst(const OrvVector_##T* x) { return x->begin; }           \
-    OrvVector_##T##Iterator OrvVector_##T##End(OrvVector_##T* x) { return x->end; }                               \
-    OrvVector_##T##ConstIterator OrvVector_##T##EndConst(const OrvVector_##T* x) { return x->end; }               \
-    OrvVector_##T##ReverseIterator OrvVector_##T##RBegin(OrvVector_##T* x) { return x->end; }                     \
-    OrvVector_##T##ConstReverseIterator OrvVector_##T##RBeginConst(const OrvVector_##T* x) { return x->end; }     \
-    OrvVector_##T##ReverseIterator OrvVector_##T##REnd(OrvVector_##T* x) { return x->begin; }                     \
-    OrvVector_##T##ConstReverseIterator OrvVector_##T##REndConst(const OrvVector_##T* x) { return x->begin; }     \
-    OrvBool OrvVector_##T##PushBack(OrvVector_##T* x, const T* t) { return OrvVectorImpl_##T::PushBack(x, t); }  \
-    void OrvVector_##T##PopBack(OrvVector_##T* x) { OrvVectorImpl_##T::PopBack(x); }                             \
-    OrvVector_##T##Iterator OrvVector_##T##Insert(OrvVector_##T* x, OrvVector_##T##Iterator pos, const T* t)      \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::Insert(x, pos, t);                                                              \
-    }                                                                                                             \
-    OrvBool OrvVector_##T##InsertN(OrvVector_##T* x, OrvVector_##T##Iterator pos, OrvVector_##T##SizeType n,      \
-                                   const T* t)                                                                    \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::InsertN(x, pos, n, t);                                                          \
-    }                                                                                                             \
-    OrvBool OrvVector_##T##InsertRange(OrvVector_##T* x, OrvVector_##T##Iterator pos,                             \
-                                       OrvVector_##T##ConstIterator first, OrvVector_##T##ConstIterator last)     \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::InsertRange(x, pos, first, last);                                               \
-    }                                                                                                             \
-    OrvVector_##T##Iterator OrvVector_##T##Erase(OrvVector_##T* x, OrvVector_##T##Iterator pos)                   \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::Erase(x, pos);                                                                  \
-    }                                                                                                             \
-    OrvVector_##T##Iterator OrvVector_##T##EraseRange(OrvVector_##T* x, OrvVector_##T##Iterator first,            \
-                                                      OrvVector_##T##Iterator last)                               \
-    {                                                                                                             \
-        return OrvVectorImpl_##T::EraseRange(x, first, last);                                                     \
-    }                                                                                                             \
-    void OrvVector_##T##Dump(const OrvVector_##T*, const char*, unsigned int) {}                                 \
-    }                                                                                                             \
-    ORV_GENERATE_VECTOR_ITERATOR_(T, Iterator, T*, false)                                                         \
-    ORV_GENERATE_VECTOR_ITERATOR_(T, ConstIterator, const T*, false)                                              \
-    ORV_GENERATE_VECTOR_ITERATOR_(T, ReverseIterator, T*, true)                                                   \
-    ORV_GENERATE_VECTOR_ITERATOR_(T, ConstReverseIterator, const T*, true)
-
-// The seventeen operations of one iterator kind K, holding element pointers P.
-#define ORV_GENERATE_VECTOR_ITERATOR_(T, K, P, reverse)                                                          \
-    extern "C" {                                                                                                  \
-    void OrvVector_##T##K##Destruct(OrvVector_##T##K*) {}                                                         \
-    OrvVector_##T##K* OrvVector_##T##K##ConstructCopy(OrvVector_##T##K* x, const OrvVector_##T##K* y)             \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::ConstructCopy(x, y);                             \
-    }                                                                                                             \
-    OrvVector_##T##K* OrvVector_##T##K##Assign(OrvVector_##T##K* x, const OrvVector_##T##K* y)                    \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::ConstructCopy(x, y);                             \
-    }                                                                                                             \
-    OrvBool OrvVector_##T##K##Swap(OrvVector_##T##K* x, OrvVector_##T##K* y)                                      \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::Swap(x, y);                                      \
-    }                                                                                                             \
-    OrvBool OrvVector_##T##K##Equal(const OrvVector_##T##K* x, const OrvVector_##T##K* y)                         \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::Equal(x, y);                                     \
-    }                                                                                                             \
-    P OrvVector_##T##K##ContentOf(OrvVector_##T##K* x)                                                            \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::ContentOf(x);                                    \
-    }                                                                                                             \
-    const T* OrvVector_##T##K##ContentOfConst(const OrvVector_##T##K* x)                                          \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::ContentOfConst(x);                               \
-    }                                                                                                             \
-    OrvVector_##T##K* OrvVector_##T##K##ConstructExceptional(OrvVector_##T##K* x)                                 \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::ConstructExceptional(x);                         \
-    }                                                                                                             \
-    OrvBool OrvVector_##T##K##IsExceptional(OrvVector_##T##K x)                                                   \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::IsExceptional(x);                                \
-    }                                                                                                             \
-    OrvVector_##T##K* OrvVector_##T##K##Increment(OrvVector_##T##K* x)                                            \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::IncrementN(x, 1);                                \
-    }                                                                                                             \
-    OrvVector_##T##K* OrvVector_##T##K##Decrement(OrvVector_##T##K* x)                                            \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::IncrementN(x, -1);                               \
-    }                                                                                                             \
-    OrvBool OrvVector_##T##K##Less(const OrvVector_##T##K* x, const OrvVector_##T##K* y)                          \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::Less(x, y);                                      \
-    }                                                                                                             \
-    P OrvVector_##T##K##At(OrvVector_##T##K* x, OrvVector_##T##K##DifferenceType n)                               \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::At(x, n);                                        \
-    }                                                                                                             \
-    OrvVector_##T##K* OrvVector_##T##K##IncrementN(OrvVector_##T##K* x, OrvVector_##T##K##DifferenceType n)       \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::IncrementN(x, n);                                \
-    }                                                                                                             \
-    OrvVector_##T##K* OrvVector_##T##K##DecrementN(OrvVector_##T##K* x, OrvVector_##T##K##DifferenceType n)       \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::IncrementN(x, -n);                               \
-    }                                                                                                             \
-    OrvVector_##T##K OrvVector_##T##K##Add(OrvVector_##T##K* x, OrvVector_##T##K##DifferenceType n)               \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::Add(x, n);                                       \
-    }                                                                                                             \
-    OrvVector_##T##K##DifferenceType OrvVector_##T##K##Subtract(OrvVector_##T##K* x, OrvVector_##T##K* y)         \
-    {                                                                                                             \
-        return ::orv::containers::VectorIterator<T, P, reverse>::Subtract(x, y);                                  \
-    }                                                                                                             \
-    }
 
 #endif // ORV_SRC_CONTAINERS_VECTOR_HPP

@@ -349,25 +349,12 @@ ORV_EXTERN_C_END
  * Containers: OrvVector_OrvDateTime and OrvSet_OrvDateTime
  * ------------------------------------------------------------------------------ */
 
-/* DATETIME-CONTAINER-DECLARATIONS */
-
-#include "Orv/Utils/OrvSetDecl.h"
-#include "Orv/Utils/OrvVectorDecl.h"
-
-ORV_EXTERN_C_BEGIN
-
-/* OrvVector_OrvDateTime: a growable array of date-time values held by copy (copied with
- * OrvDateTimeConstructCopy and OrvDateTimeAssign, ended with OrvDateTimeDestruct, so
- * every element holds its own zone reference). Operations, growth policy and failure
- * results: Orv/Utils/OrvVectorDecl.h. MaxSize is 44739242. */
-ORV_DECLARE_VECTOR(OrvDateTime)
-
-/* OrvSet_OrvDateTime: an ordered set of date-time values with unique keys, ordered by
- * OrvDateTimeLess (by instant; values denoting the same instant are one key, whatever
- * their zones). Comparisons normalize stored elements in place. Operations and failure
- * results: Orv/Utils/OrvSetDecl.h. */
-ORV_DECLARE_SET(OrvDateTime)
-
-ORV_EXTERN_C_END
+/* OrvVector_OrvDateTime: a growable array of date-time values held by copy, every
+ * element with its own zone reference; growth policy, failure results and every
+ * operation in Orv/Calendar/OrvDateTimeVector.h. OrvSet_OrvDateTime: an ordered set of
+ * date-time values with unique keys, ordered by OrvDateTimeLess; every operation in
+ * Orv/Calendar/OrvDateTimeSet.h. Both headers come with this one. */
+#include "Orv/Calendar/OrvDateTimeSet.h"
+#include "Orv/Calendar/OrvDateTimeVector.h"
 
 #endif /* ORV_CALENDAR_ORVDATETIME_H */
