@@ -1,5 +1,5 @@
 // Drives the orvcal binary as a process: what it writes to stdout and stderr and the
-// exit status, for good input, bad input and --help.
+// exit status, for good input, bad input, --help and output that cannot be written.
 #include "support/ToolRun.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +10,7 @@
 namespace {
 
 using orv::test::Join;
+using orv::test::Stdout;
 using orv::test::ToolRun;
 
 ToolRun Orvcal(const std::vector<std::string>& args) { return orv::test::RunTool(ORVCAL_PATH, args); }
@@ -86,15 +87,17 @@ TEST(Orvcal, EveryVerbHasHelp)
 }
 
 // Bad input: status 2, nothing on stdout, one line on stderr that names the argument
-// and says what was expected.
+// and says what was expected; echoed input is escaped and cut.
 TEST(Orvcal, RefusesBadInputWithOneLine)
 {
     struct Case {
         std::vector<std::string> args;
-        std::vector<const char*> mentions;
+        std::vector<std::string> mentions;
     };
     const Case cases[] = {
         {{"frob"}, {"'frob'", "show, convert, add, week"}},
+        {{"fr\tob\x01\xff\\"}, {"'fr\\tob\\x01\\xFF\\\\'"}},
+        {{"show", std::string(100, '9')}, {"TEXT '" + std::string(40, '9') + "...': ", "(got 100)"}},
         {{"show"}, {"missing TEXT"}},
         {{"show", "a", "b"}, {"unexpected argument 'b'"}},
         {{"show", "2024-05-01"}, {"TEXT '2024-05-01'", "15 or 16 characters"}},
@@ -133,8 +136,30 @@ TEST(Orvcal, RefusesBadInputWithOneLine)
         EXPECT_EQ(r.out, "") << Join(c.args);
         EXPECT_EQ(r.err.rfind("orvcal", 0), 0u) << r.err;
         EXPECT_EQ(r.err.find('\n'), r.err.size() - 1) << Join(c.args) << ": one line: " << r.err;
-        for (const char* m : c.mentions) EXPECT_NE(r.err.find(m), std::string::npos) << Join(c.args) << ": " << r.err;
+        for (const std::string& m : c.mentions) EXPECT_NE(r.err.find(m), std::string::npos) << Join(c.args) << ": " << r.err;
     }
+}
+
+// Every verb, the tour and --help: a failed write gives one line on stderr and status 3;
+// a reader that has gone (a closed pipe) ends the output quietly with the usual status.
+TEST(Orvcal, WriteFailures)
+{
+    const std::vector<std::string> runs[] = {
+        {}, {"--help"}, {"sort", "--help"}, {"show", "20240501T093000Z"}, {"convert", "20240501T093000Z", "--zone", "UTC"},
+        {"add", "20230131T000000", "month", "1"}, {"week", "20241230T000000"}, {"sort"}};
+    for (const std::vector<std::string>& args : runs) {
+        const ToolRun full = orv::test::RunTool(ORVCAL_PATH, args, "20240101T000000Z\n", {}, Stdout::kDevFull);
+        EXPECT_EQ(full.status, 3) << Join(args);
+        EXPECT_NE(full.err.find("cannot write the output: No space left on device\n"), std::string::npos) << full.err;
+        EXPECT_EQ(full.err.find('\n'), full.err.size() - 1) << Join(args) << ": one line: " << full.err;
+        const ToolRun closed = orv::test::RunTool(ORVCAL_PATH, args, "20240101T000000Z\n", {}, Stdout::kClosedPipe);
+        EXPECT_EQ(closed.status, 0) << Join(args);
+        EXPECT_EQ(closed.err, "") << Join(args);
+    }
+    // Lines refused before the output was cut short still count.
+    const ToolRun closed = orv::test::RunTool(ORVCAL_PATH, {"sort"}, "x\n", {}, Stdout::kClosedPipe);
+    EXPECT_EQ(closed.status, 1);
+    EXPECT_NE(closed.err.find("skipped 1 bad line of 1\n"), std::string::npos) << closed.err;
 }
 
 } // namespace

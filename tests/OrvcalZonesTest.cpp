@@ -74,6 +74,9 @@ TEST(OrvcalZones, ListsTheDatabase)
         EXPECT_TRUE(std::binary_search(ids.begin(), ids.end(), id)) << id;
     for (const std::string& id : ids) ASSERT_NE(id.rfind("right/", 0), 0U) << id;
 
+    const ToolRun full = orv::test::RunTool(ORVCAL_PATH, {"zones"}, {}, {}, orv::test::Stdout::kDevFull);
+    EXPECT_EQ(full.status, 3) << full.err;
+
     const ToolRun missing = Orvcal({"zones"}, {"TZDIR=/nonexistent/zoneinfo"});
     EXPECT_EQ(missing.status, 2);
     EXPECT_EQ(missing.out, "");

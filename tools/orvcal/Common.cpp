@@ -33,11 +33,12 @@ DateTime::~DateTime()
 
 namespace {
 
-// Why the library refused text, checked in the order its reader checks.
-std::string ExplainText(std::string_view text, bool zoned)
+// Why the library refused text, checked in the order its reader checks. length is the
+// full length of the text, of which text may hold only the start.
+std::string ExplainText(std::string_view text, std::size_t length, bool zoned)
 {
-    if (text.size() != 15 && text.size() != 16)
-        return "15 or 16 characters, " + std::string(kTextForms) + " (got " + std::to_string(text.size()) + ")";
+    if ((length != 15 && length != 16) || text.size() != length)
+        return "15 or 16 characters, " + std::string(kTextForms) + " (got " + std::to_string(length) + ")";
     if (text.size() == 16 && text[15] != 'Z') return "an upper-case Z as the 16th character, or none";
     if (text[8] != 'T') return "an upper-case T as the 9th character (YYYYMMDDTHHMMSS)";
     struct Part {
@@ -67,31 +68,34 @@ enum class ZRule {
 
 // Every text the tool reads goes through here: the library reads it, and a refusal
 // says why.
-int Read(Invocation& inv, std::string_view what, std::string_view text, const Zone& given,
+int Read(Invocation& inv, std::string_view what, std::string_view text, std::size_t length, const Zone& given,
          std::string_view zoneOption, ZRule rule, DateTime* out)
 {
-    const bool endsInZ = !text.empty() && text.back() == 'Z';
+    const bool whole = length == text.size();
+    const bool endsInZ = whole && !text.empty() && text.back() == 'Z';
     const Zone none;
     const Zone& zone = endsInZ && rule == ZRule::kUtcWhateverZone ? none : given;
     if (zone.get() != nullptr && endsInZ)
         return inv.Refuse(zoneOption, zone.name(),
                           "no zone with a TEXT that ends in Z (UTC already); drop the Z to read " +
-                              std::string(text.substr(0, 15)) + " in " + zone.name());
-    const std::string s(text);
-    if (OrvDateTimeConstructCStr(out->get(), s.c_str(), zone.get()) != nullptr) {
+                              Quoted(text.substr(0, 15)) + " in " + zone.name());
+    // The library reads up to a NUL; a text with one inside is never a date-time.
+    const bool readable = whole && text.find('\0') == std::string_view::npos;
+    const std::string s(readable ? text : std::string_view());
+    if (readable && OrvDateTimeConstructCStr(out->get(), s.c_str(), zone.get()) != nullptr) {
         out->Adopt();
         return kOk;
     }
     // Whether the fields alone are fine tells a zone's refusal from a bad date.
     bool fieldsFine = false;
-    if (zone.get() != nullptr) {
+    if (readable && zone.get() != nullptr) {
         OrvDateTime floating;
         if (OrvDateTimeConstructCStr(&floating, s.c_str(), nullptr) != nullptr) {
             fieldsFine = true;
             OrvDateTimeDestruct(&floating);
         }
     }
-    return inv.Refuse(what, text, ExplainText(text, fieldsFine));
+    return inv.Refuse(what, text, ExplainText(text, length, fieldsFine));
 }
 
 } // namespace
@@ -99,13 +103,14 @@ int Read(Invocation& inv, std::string_view what, std::string_view text, const Zo
 int ReadDateTime(Invocation& inv, std::string_view what, std::string_view text, const Zone& zone,
                  std::string_view zoneOption, DateTime* out)
 {
-    return Read(inv, what, text, zone, zoneOption, ZRule::kRefusedWithZone, out);
+    return Read(inv, what, text, text.size(), zone, zoneOption, ZRule::kRefusedWithZone, out);
 }
 
-int ReadDateTimeLine(Invocation& inv, std::size_t lineNumber, std::string_view line, const Zone& zone,
-                     DateTime* out)
+int ReadDateTimeLine(Invocation& inv, std::size_t lineNumber, std::string_view line, std::size_t length,
+                     const Zone& zone, DateTime* out)
 {
-    return Read(inv, "line " + std::to_string(lineNumber), line, zone, "--zone", ZRule::kUtcWhateverZone, out);
+    return Read(inv, "line " + std::to_string(lineNumber), line, length, zone, "--zone", ZRule::kUtcWhateverZone,
+                out);
 }
 
 std::optional<std::string> TextOf(const OrvDateTime* d)

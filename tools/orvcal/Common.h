@@ -51,9 +51,10 @@ int ReadDateTime(Invocation& inv, std::string_view what, std::string_view text, 
                  std::string_view zoneOption, DateTime* out);
 
 // Builds out from an input line: read in zone when it has no Z, as UTC when it ends in
-// Z. kOk, or the refusal's status (the refusal names "line N").
-int ReadDateTimeLine(Invocation& inv, std::size_t lineNumber, std::string_view line, const Zone& zone,
-                     DateTime* out);
+// Z. The line may be the start of a longer one whose length is `length`. kOk, or the
+// refusal's status (the refusal names "line N").
+int ReadDateTimeLine(Invocation& inv, std::size_t lineNumber, std::string_view line, std::size_t length,
+                     const Zone& zone, DateTime* out);
 
 // The text form of d ("20240501T093000Z"), without Z for a floating value, or nothing
 // when the string cannot grow.

@@ -1,5 +1,7 @@
 #include "Invocation.h"
 
+#include "Output.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
@@ -10,6 +12,7 @@ namespace {
 
 constexpr std::size_t kLabelWidth = 15;
 constexpr std::size_t kHelpWidth = 80;   // help rows wrap before this column
+constexpr std::size_t kQuotedColumns = 40; // Quoted cuts after this many columns
 
 constexpr StatusMeaning kStatusMeanings[] = {
     {kOk, "done (also when the reader of the output stops early, as head does)"},
@@ -49,6 +52,43 @@ std::string OptionList(const Usage& usage)
     return s.empty() ? "--help" : s + " or --help";
 }
 
+// The length of the UTF-8 sequence at text[i] and its code point, or 0 when the bytes
+// there are not well-formed UTF-8 (overlong forms and surrogates included).
+std::size_t Utf8At(std::string_view text, std::size_t i, char32_t* cp)
+{
+    const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(text[i + k]); };
+    const unsigned char b0 = byte(0);
+    std::size_t len = 0;
+    unsigned char lo = 0x80, hi = 0xBF; // range of the second byte
+    if (b0 >= 0xC2 && b0 <= 0xDF) {
+        len = 2;
+    } else if (b0 >= 0xE0 && b0 <= 0xEF) {
+        len = 3;
+        lo = b0 == 0xE0 ? 0xA0 : 0x80; // no overlong forms
+        hi = b0 == 0xED ? 0x9F : 0xBF; // no surrogates
+    } else if (b0 >= 0xF0 && b0 <= 0xF4) {
+        len = 4;
+        lo = b0 == 0xF0 ? 0x90 : 0x80; // no overlong forms
+        hi = b0 == 0xF4 ? 0x8F : 0xBF; // nothing above U+10FFFF
+    }
+    if (len == 0 || i + len > text.size() || byte(1) < lo || byte(1) > hi) return 0;
+    char32_t c = b0 & (0x7F >> len);
+    for (std::size_t k = 1; k < len; ++k) {
+        if ((byte(k) & 0xC0) != 0x80) return 0;
+        c = (c << 6) | (byte(k) & 0x3F);
+    }
+    *cp = c;
+    return len;
+}
+
+// Code points beyond ASCII that a terminal does not show as themselves: C1 controls,
+// line and paragraph separators, and the controls that reorder bidirectional text.
+bool Invisible(char32_t c)
+{
+    return (c >= 0x80 && c <= 0x9F) || c == 0x2028 || c == 0x2029 || (c >= 0x202A && c <= 0x202E) ||
+           (c >= 0x2066 && c <= 0x2069);
+}
+
 // Appends text after label, wrapped at spaces before kHelpWidth; the lines after the
 // first are indented to the width of label.
 void Wrap(std::string* s, std::string_view label, std::string_view text)
@@ -71,6 +111,43 @@ void Wrap(std::string* s, std::string_view label, std::string_view text)
 } // namespace
 
 std::span<const StatusMeaning> StatusMeanings() { return kStatusMeanings; }
+
+std::string Quoted(std::string_view value)
+{
+    std::string s = "'";
+    std::size_t columns = 0;
+    std::size_t i = 0;
+    while (i < value.size()) {
+        char piece[16];
+        std::size_t pieceColumns = 0;
+        std::size_t used = 1;
+        const auto c = static_cast<unsigned char>(value[i]);
+        char32_t cp = 0;
+        if (c == '\t' || c == '\r' || c == '\n' || c == '\\') {
+            piece[0] = '\\';
+            piece[1] = c == '\t' ? 't' : c == '\r' ? 'r' : c == '\n' ? 'n' : '\\';
+            piece[2] = '\0';
+            pieceColumns = 2;
+        } else if (c >= 0x20 && c < 0x7F) {
+            piece[0] = static_cast<char>(c);
+            piece[1] = '\0';
+            pieceColumns = 1;
+        } else if (c >= 0x80 && (used = Utf8At(value, i, &cp)) != 0 && !Invisible(cp)) {
+            pieceColumns = 1; // one character; wide ones are rare enough in a refusal
+        } else if (used != 0 && c >= 0x80) {
+            pieceColumns = static_cast<std::size_t>(std::snprintf(piece, sizeof piece, "\\u%04X", static_cast<unsigned>(cp)));
+        } else {
+            used = 1;
+            pieceColumns = static_cast<std::size_t>(std::snprintf(piece, sizeof piece, "\\x%02X", c));
+        }
+        if (columns + pieceColumns > kQuotedColumns) return s + "...'";
+        columns += pieceColumns;
+        if (pieceColumns == 1 && used > 1) s.append(value.substr(i, used));
+        else s.append(piece);
+        i += used;
+    }
+    return s + "'";
+}
 
 Invocation::Invocation(std::string_view verb, std::string_view summary, std::vector<std::string_view> args)
     : verb_(verb), summary_(summary), args_(std::move(args))
@@ -131,7 +208,7 @@ bool Invocation::Read(const Usage& usage)
         for (const OptionSpec& o : usage.options)
             if (name == o.name) option = &o;
         if (option == nullptr) {
-            RefuseUsage("unknown option '" + std::string(name) + "' (expected " + OptionList(usage) + ")");
+            RefuseUsage("unknown option " + Quoted(name) + " (expected " + OptionList(usage) + ")");
             return false;
         }
         std::string_view value;
@@ -170,7 +247,7 @@ bool Invocation::Read(const Usage& usage)
         return false;
     }
     if (positionals_.size() > want) {
-        RefuseUsage("unexpected argument '" + std::string(positionals_[want]) + "' (usage: " + Synopsis(verb_, usage) + ")");
+        RefuseUsage("unexpected argument " + Quoted(positionals_[want]) + " (usage: " + Synopsis(verb_, usage) + ")");
         return false;
     }
     return true;
@@ -198,7 +275,7 @@ std::string Invocation::Prefix() const
 
 int Invocation::Refuse(std::string_view what, std::string_view value, std::string_view expected)
 {
-    return RefuseUsage(std::string(what) + " '" + std::string(value) + "': expected " + std::string(expected));
+    return RefuseUsage(std::string(what) + " " + Quoted(value) + ": expected " + std::string(expected));
 }
 
 int Invocation::RefuseUsage(std::string_view message)
@@ -221,7 +298,7 @@ int Invocation::Skipped(std::string_view message)
 
 void Invocation::ReportNow()
 {
-    std::fprintf(stderr, "%s\n", error_.c_str());
+    WriteErrorLine(error_);
     error_.clear();
 }
 

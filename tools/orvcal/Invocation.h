@@ -47,6 +47,10 @@ struct Usage {
     std::size_t requiredOptions = 0;     // how many of the first options must be given
 };
 
+// value as a refusal quotes it: between single quotes, control characters, invalid
+// UTF-8 and backslashes escaped (\t, \r, \x01, \\), cut after about 40 columns with "...".
+std::string Quoted(std::string_view value);
+
 class Invocation {
 public:
     // verb is empty for the tool's own --help and for an unknown verb.
@@ -71,7 +75,7 @@ public:
     void Field(std::string_view label, std::string_view value);
 
     // Refuses the argument `what` (a positional's name or an option) whose value is
-    // `value`, saying what was expected. Returns kBadInput.
+    // `value` (quoted as Quoted does), saying what was expected. Returns kBadInput.
     int Refuse(std::string_view what, std::string_view value, std::string_view expected);
     // Refuses with a free message (missing or surplus arguments). Returns kBadInput.
     int RefuseUsage(std::string_view message);

@@ -6,11 +6,14 @@
 //
 // Every verb keeps its output back and returns a status; Finish writes the output (for
 // kOk and kLinesSkipped) and the one line of stderr, and turns a failed write into
-// kWriteFailed.
+// kWriteFailed. A reader that closes the pipe early ends the output quietly.
 #include "Commands.h"
+#include "Output.h"
+
+#include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
+#include <csignal>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -35,14 +38,15 @@ std::string CommandList()
 int Finish(const orvcal::Invocation& inv, int status)
 {
     if (status == orvcal::kOk || status == orvcal::kLinesSkipped) {
-        std::fwrite(inv.Out().data(), 1, inv.Out().size(), stdout);
-        if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        const orvcal::WriteResult written = orvcal::WriteFully(STDOUT_FILENO, inv.Out());
+        if (written == orvcal::WriteResult::kFailed) {
             const int error = errno;
-            std::fprintf(stderr, "%scannot write the output: %s\n", inv.Prefix().c_str(), std::strerror(error));
+            orvcal::WriteErrorLine(inv.Prefix() + "cannot write the output: " + std::strerror(error));
             return orvcal::kWriteFailed;
         }
+        // kClosed: the reader has all it wanted; the status stays the verb's.
     }
-    if (!inv.Error().empty()) std::fprintf(stderr, "%s\n", inv.Error().c_str());
+    if (!inv.Error().empty()) orvcal::WriteErrorLine(inv.Error());
     return status;
 }
 
@@ -50,6 +54,9 @@ int Finish(const orvcal::Invocation& inv, int status)
 
 int main(int argc, char** argv)
 {
+    // A closed pipe shows as EPIPE from write, not as a signal that ends the process.
+    std::signal(SIGPIPE, SIG_IGN);
+
     std::vector<std::string_view> args(argv + 1, argv + argc);
     if (args.empty()) {
         orvcal::Invocation inv("tour", "", {});
@@ -72,7 +79,7 @@ int main(int argc, char** argv)
         std::string names;
         for (const orvcal::Command& c : orvcal::AllCommands()) names += (names.empty() ? "" : ", ") + std::string(c.name);
         orvcal::Invocation inv("", "", {});
-        return Finish(inv, inv.RefuseUsage("unknown verb '" + std::string(verb) + "' (expected one of: " + names +
+        return Finish(inv, inv.RefuseUsage("unknown verb " + orvcal::Quoted(verb) + " (expected one of: " + names +
                                            "; see orvcal --help)"));
     }
     orvcal::Invocation inv(command->name, command->summary, {args.begin() + 1, args.end()});
