@@ -1,10 +1,20 @@
-// The database folder: TZDIR or /usr/share/zoneinfo, zone files read through the
-// caller's allocator, ids checked so that none leaves the folder, the local zone.
+// The zone database: the source of each lookup (explicit choice, TZDIR, the system
+// folder or the embedded copy), zone files read through the caller's allocator, ids
+// checked so that none leaves the folder, the local zone, the id walk and the version.
+//
+// The explicit choice is shared by all threads without a lock the C++ runtime would
+// have to provide: a sequence counter guards the choice and its folder path. A writer
+// makes the counter odd, writes, then makes it even again; a reader copies the choice
+// and retries when the counter was odd or moved while it copied. Every access is
+// atomic, so readers racing a writer see either the old or the new choice, whole.
 #include "Timezone/TzdbDatabase.hpp"
 
 #include "Timezone/PosixRule.hpp"
+#include "Timezone/TzdbEmbedded.hpp"
 #include "Timezone/TzdbZone.hpp"
 
+#include <algorithm>
+#include <atomic>
 #include <climits>
 #include <cstddef>
 #include <cstdlib>
@@ -12,6 +22,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,10 +33,96 @@ namespace {
 // A zone file is a few kilobytes; anything near this is not one.
 constexpr off_t kMaxFileSize = 1 << 20;
 
-const char* DatabaseDir()
+static_assert(ORV_TZDB_FOLDER_MAX + 1 + ORV_TZDB_ID_MAX + 1 <= PATH_MAX);
+
+// The source of one lookup, fixed at its start.
+struct Source {
+    bool embedded = false;
+    bool usable = true; // false for a folder path longer than ORV_TZDB_FOLDER_MAX
+    char folder[ORV_TZDB_FOLDER_MAX + 1] = {};
+};
+
+constinit std::atomic<unsigned> gSequence{0};
+constinit std::atomic<int> gChoice{ORV_TZDBSOURCE_Automatic};
+constinit std::atomic<char> gFolder[ORV_TZDB_FOLDER_MAX + 1] = {};
+
+// Copies the explicit choice (and, for a folder, its path into folder).
+int ReadChoice(char* folder)
 {
-    const char* dir = std::getenv("TZDIR");
-    return (dir != nullptr && dir[0] != '\0') ? dir : "/usr/share/zoneinfo";
+    for (;;) {
+        const unsigned before = gSequence.load(std::memory_order_acquire);
+        if ((before & 1U) != 0) {
+            sched_yield();
+            continue;
+        }
+        const int choice = gChoice.load(std::memory_order_relaxed);
+        if (choice == ORV_TZDBSOURCE_Folder) {
+            for (std::size_t i = 0; i <= ORV_TZDB_FOLDER_MAX; ++i) {
+                folder[i] = gFolder[i].load(std::memory_order_relaxed);
+                if (folder[i] == '\0') break;
+            }
+            folder[ORV_TZDB_FOLDER_MAX] = '\0';
+        }
+        std::atomic_thread_fence(std::memory_order_acquire);
+        if (gSequence.load(std::memory_order_relaxed) == before) return choice;
+    }
+}
+
+// folder fits ORV_TZDB_FOLDER_MAX (or is null).
+void WriteChoice(int choice, const char* folder)
+{
+    unsigned seq = gSequence.load(std::memory_order_relaxed);
+    for (;;) {
+        if ((seq & 1U) == 0 &&
+            gSequence.compare_exchange_weak(seq, seq + 1, std::memory_order_acquire, std::memory_order_relaxed))
+            break;
+        if ((seq & 1U) != 0) {
+            sched_yield();
+            seq = gSequence.load(std::memory_order_relaxed);
+        }
+    }
+    std::atomic_thread_fence(std::memory_order_release);
+    gChoice.store(choice, std::memory_order_relaxed);
+    std::size_t i = 0;
+    for (; folder != nullptr && folder[i] != '\0'; ++i) gFolder[i].store(folder[i], std::memory_order_relaxed);
+    gFolder[i].store('\0', std::memory_order_relaxed);
+    gSequence.store(seq + 2, std::memory_order_release);
+}
+
+bool IsDirectory(const char* path)
+{
+    struct stat st {};
+    return stat(path, &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+void UseFolder(Source* s, const char* folder)
+{
+    const std::size_t len = std::strlen(folder);
+    s->embedded = false;
+    s->usable = len <= ORV_TZDB_FOLDER_MAX;
+    const std::size_t kept = s->usable ? len : ORV_TZDB_FOLDER_MAX;
+    std::memcpy(s->folder, folder, kept);
+    s->folder[kept] = '\0';
+}
+
+void Resolve(Source* s)
+{
+    const int choice = ReadChoice(s->folder);
+    if (choice == ORV_TZDBSOURCE_Folder) {
+        s->embedded = false;
+        s->usable = true;
+        return;
+    }
+    if (choice == ORV_TZDBSOURCE_Embedded) {
+        s->embedded = true;
+        return;
+    }
+    const char* tzdir = std::getenv("TZDIR");
+    if (AutomaticSource(tzdir, kSystemFolder, HaveEmbeddedDatabase()) == ORV_TZDBSOURCE_Embedded) {
+        s->embedded = true;
+        return;
+    }
+    UseFolder(s, (tzdir != nullptr && tzdir[0] != '\0') ? tzdir : kSystemFolder);
 }
 
 // Reads the regular file at path with the allocator and builds the zone from it.
@@ -144,64 +241,189 @@ bool IsValidZoneId(const char* id)
     }
 }
 
-OrvTimezone* ConstructFromDatabase(OrvTimezone* tz, const char* zoneId, OrvAllocator* a)
+OrvTzdbSource AutomaticSource(const char* tzdir, const char* systemFolder, bool haveEmbedded)
 {
+    if (tzdir != nullptr && tzdir[0] != '\0') return ORV_TZDBSOURCE_Folder;
+    if (IsDirectory(systemFolder) || !haveEmbedded) return ORV_TZDBSOURCE_Folder;
+    return ORV_TZDBSOURCE_Embedded;
+}
+
+bool SetSource(OrvTzdbSource source, const char* folder)
+{
+    switch (source) {
+    case ORV_TZDBSOURCE_Automatic: WriteChoice(source, nullptr); return true;
+    case ORV_TZDBSOURCE_Embedded:
+        if (!HaveEmbeddedDatabase()) return false;
+        WriteChoice(source, nullptr);
+        return true;
+    case ORV_TZDBSOURCE_Folder:
+        if (folder == nullptr || folder[0] == '\0' || std::strlen(folder) > ORV_TZDB_FOLDER_MAX ||
+            !IsDirectory(folder))
+            return false;
+        WriteChoice(source, folder);
+        return true;
+    }
+    return false;
+}
+
+OrvTzdbSource GetSource() { return static_cast<OrvTzdbSource>(gChoice.load(std::memory_order_acquire)); }
+
+OrvTzdbSource SourceInUse(char* name, std::size_t size)
+{
+    Source s;
+    Resolve(&s);
+    if (name != nullptr && size != 0) {
+        const char* text = s.embedded ? "embedded" : s.folder;
+        const std::size_t len = std::min(std::strlen(text), size - 1);
+        std::memcpy(name, text, len);
+        name[len] = '\0';
+    }
+    return s.embedded ? ORV_TZDBSOURCE_Embedded : ORV_TZDBSOURCE_Folder;
+}
+
+namespace {
+
+OrvTimezone* ConstructFromSource(const Source& s, OrvTimezone* tz, const char* zoneId, OrvAllocator* a)
+{
+    if (s.embedded) {
+        const unsigned char* bytes = nullptr;
+        std::size_t size = 0;
+        return FindEmbeddedZone(zoneId, &bytes, &size) ? ConstructFromBytes(tz, bytes, size, zoneId, a) : nullptr;
+    }
     char path[PATH_MAX];
     char resolved[PATH_MAX];
     char root[PATH_MAX];
-    if (!JoinPath(path, DatabaseDir(), zoneId)) return nullptr;
+    if (!s.usable || !JoinPath(path, s.folder, zoneId)) return nullptr;
     // Links inside the database are followed, but the file must stay inside it.
-    if (realpath(DatabaseDir(), root) == nullptr || !ResolvesInside(path, root)) return nullptr;
+    if (realpath(s.folder, root) == nullptr || !ResolvesInside(path, root)) return nullptr;
     if (realpath(path, resolved) == nullptr) return nullptr;
     return ConstructFromFile(tz, resolved, zoneId, a);
 }
 
+bool HasZone(const Source& s, const char* zoneId)
+{
+    if (s.embedded) {
+        const unsigned char* bytes = nullptr;
+        std::size_t size = 0;
+        return FindEmbeddedZone(zoneId, &bytes, &size);
+    }
+    char path[PATH_MAX];
+    struct stat st {};
+    return s.usable && JoinPath(path, s.folder, zoneId) && stat(path, &st) == 0;
+}
+
+} // namespace
+
+OrvTimezone* ConstructFromDatabase(OrvTimezone* tz, const char* zoneId, OrvAllocator* a)
+{
+    Source s;
+    Resolve(&s);
+    return ConstructFromSource(s, tz, zoneId, a);
+}
+
 OrvTimezone* ConstructLocalZone(OrvTimezone* tz, OrvAllocator* a)
 {
+    Source s;
+    Resolve(&s);
     const char* env = std::getenv("TZ");
     if (env != nullptr && env[0] == ':') ++env;
     if (env != nullptr && env[0] != '\0') {
         // Once TZ names something usable, its failures are the result: falling back to
         // another zone would hide them.
         struct stat st {};
-        char path[PATH_MAX];
         if (env[0] == '/') {
             if (stat(env, &st) == 0) return ConstructFromFile(tz, env, env, a);
-        } else if (IsValidZoneId(env) && JoinPath(path, DatabaseDir(), env) && stat(path, &st) == 0) {
-            return ConstructFromDatabase(tz, env, a);
+        } else if (IsValidZoneId(env) && HasZone(s, env)) {
+            return ConstructFromSource(s, tz, env, a);
         } else {
             PosixRule rule;
             if (ParsePosixRule(env, std::strlen(env), &rule)) return ConstructFromRule(tz, env, a);
         }
     }
+    // Name the zone after the database file /etc/localtime links to, when it does.
     const char* localtime = "/etc/localtime";
-    struct stat st {};
-    if (stat(localtime, &st) != 0) return ConstructFromRule(tz, "UTC0", a);
-    // Name the zone after the database file the link points to, when it does.
     char target[PATH_MAX] = {};
     const char* id = "localtime";
+    bool linked = false;
     const ssize_t len = readlink(localtime, target, sizeof target - 1);
     if (len > 0) {
         target[len] = '\0';
         const char* marker = std::strstr(target, "zoneinfo/");
-        if (marker != nullptr && IsValidZoneId(marker + 9)) id = marker + 9;
+        linked = marker != nullptr && IsValidZoneId(marker + 9);
+        if (linked) id = marker + 9;
     }
+    // The embedded copy answers for the id the link names, also when the link leads
+    // nowhere (a machine without a database folder).
+    if (s.embedded && linked) {
+        const char* bare = std::strncmp(id, "posix/", 6) == 0 ? id + 6 : id;
+        if (HasZone(s, bare)) return ConstructFromSource(s, tz, bare, a);
+    }
+    struct stat st {};
+    if (stat(localtime, &st) != 0) return ConstructFromRule(tz, "UTC0", a);
     return ConstructFromFile(tz, localtime, id, a);
 }
 
 bool ForEachZoneId(OrvTzdbIdCallback fn, OrvVoidPtr userData)
 {
+    Source s;
+    Resolve(&s);
+    if (s.embedded) {
+        for (std::size_t i = 0, n = EmbeddedIdCount(); i < n; ++i) {
+            if (fn(EmbeddedIdAt(i), userData) == ORV_FALSE) break;
+        }
+        return true;
+    }
+    if (!s.usable) return false;
     char path[PATH_MAX];
-    const char* dir = DatabaseDir();
-    const std::size_t dirLen = std::strlen(dir);
-    if (dirLen + 2 > PATH_MAX) return false;
-    std::memcpy(path, dir, dirLen + 1);
+    const std::size_t dirLen = std::strlen(s.folder);
+    std::memcpy(path, s.folder, dirLen + 1);
     char root[PATH_MAX];
-    if (realpath(dir, root) == nullptr) return false;
-    struct stat st {};
-    if (stat(root, &st) != 0 || !S_ISDIR(st.st_mode)) return false;
+    if (realpath(s.folder, root) == nullptr || !IsDirectory(root)) return false;
     WalkIds(path, dirLen, 0, 0, root, fn, userData);
     return true;
+}
+
+namespace {
+
+// The version of this thread's last DatabaseVersion() call.
+thread_local char tVersion[32];
+
+// "# version 2025b" on the first line of the folder's tzdata.zi, into tVersion.
+void ReadFolderVersion(const char* folder)
+{
+    tVersion[0] = '\0';
+    char path[PATH_MAX];
+    if (!JoinPath(path, folder, "tzdata.zi")) return;
+    const int fd = open(path, O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return;
+    char head[64] = {};
+    const ssize_t got = read(fd, head, sizeof head - 1);
+    close(fd);
+    constexpr char kPrefix[] = "# version ";
+    constexpr std::size_t kPrefixLen = sizeof kPrefix - 1;
+    if (got < static_cast<ssize_t>(kPrefixLen) || std::memcmp(head, kPrefix, kPrefixLen) != 0) return;
+    std::size_t n = 0;
+    for (const char* p = head + kPrefixLen; n + 1 < sizeof tVersion; ++p, ++n) {
+        const char c = *p;
+        const bool plain = (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '.' ||
+                           c == '-' || c == '_';
+        if (!plain) break;
+        tVersion[n] = c;
+    }
+    const char end = head[kPrefixLen + n];
+    tVersion[(end == '\n' || end == '\r' || end == '\0') ? n : 0] = '\0';
+}
+
+} // namespace
+
+const char* DatabaseVersion()
+{
+    Source s;
+    Resolve(&s);
+    if (s.embedded) return EmbeddedVersion();
+    if (!s.usable) return "";
+    ReadFolderVersion(s.folder);
+    return tVersion;
 }
 
 } // namespace orv::tzdb

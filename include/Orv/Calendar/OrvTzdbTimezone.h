@@ -189,6 +189,61 @@ typedef OrvBool (*OrvTzdbIdCallback)(const char* zoneId, OrvVoidPtr userData);
  *  folder cannot be read (or fn is null); ORV_TRUE otherwise, also when fn stopped. */
 ORV_API OrvBool OrvTzdbTimezoneForEachId(OrvTzdbIdCallback fn, OrvVoidPtr userData);
 
+/* ---- Where zones come from ----------------------------------------------------------
+ * Every lookup of this header (a zone by id, the local zone, the id walk, the version)
+ * uses one source, chosen once at its start, never a mix of two:
+ *  1. the choice made with OrvTzdbSetSource, when one was made; else (the default,
+ *     ORV_TZDBSOURCE_Automatic)
+ *  2. the folder named by TZDIR when it is set and not empty, even a missing one
+ *     (lookups then fail: a misspelt TZDIR is not hidden);
+ *  3. else /usr/share/zoneinfo when it exists;
+ *  4. else the copy of the database built into the library (CMake option
+ *     ORV_EMBED_TZDATA, on by default): the build machine's database as it was then.
+ * The embedded copy holds every id the folder walk of the build machine listed, less
+ * any file that is not a sound TZif file or has leap seconds (the folder refuses
+ * those too); it lists its ids in strcmp order. With it, the local zone is the id TZ
+ * names in the copy; without TZ, the id /etc/localtime links to ("...zoneinfo/<id>"),
+ * even when the link leads nowhere; else the file /etc/localtime; else UTC.
+ * Zones already built keep what they were built from (OrvTzdbTimezoneGetShared's
+ * included). Threads: the choice is process-wide and may change while other threads
+ * look zones up; each lookup sees it whole, before or after the change. (TZDIR and TZ
+ * are read with getenv, so changing them is as unsafe as with any getenv.)
+ *
+ *     OrvTzdbSetSource(ORV_TZDBSOURCE_Embedded, NULL);  // the same answers on every machine
+ *     OrvTzdbTimezoneConstruct(&tz, "Europe/Berlin", OrvAllocatorGetDefault());
+ */
+
+/** The longest folder path OrvTzdbSetSource accepts, in bytes. */
+#define ORV_TZDB_FOLDER_MAX 1023
+
+typedef enum OrvTzdbSource ORV_ENUM_BASE(OrvUint32) {
+    ORV_TZDBSOURCE_Automatic = 0, /* TZDIR, else /usr/share/zoneinfo, else embedded */
+    ORV_TZDBSOURCE_Folder = 1,    /* a folder of compiled zone files */
+    ORV_TZDBSOURCE_Embedded = 2   /* the copy built into the library */
+} OrvTzdbSource;
+ORV_ENUM_SIZE_CHECK(OrvTzdbSource);
+
+/** Makes source the choice for every later lookup; folder names the folder for
+ *  ORV_TZDBSOURCE_Folder (kept as given: a relative path follows the current
+ *  directory) and is ignored otherwise. ORV_FALSE, with the choice unchanged, when
+ *  source is none of the three, when a folder is null, empty, over
+ *  ORV_TZDB_FOLDER_MAX bytes or not a directory, or when the library carries no
+ *  embedded copy (built with ORV_EMBED_TZDATA off) and ORV_TZDBSOURCE_Embedded is asked. */
+ORV_API OrvBool OrvTzdbSetSource(OrvTzdbSource source, const char* folder);
+
+/** The choice of the last successful OrvTzdbSetSource; ORV_TZDBSOURCE_Automatic when
+ *  none was made. */
+ORV_API OrvTzdbSource OrvTzdbGetSource(void);
+
+/** The source a lookup started now would use: ORV_TZDBSOURCE_Folder or
+ *  ORV_TZDBSOURCE_Embedded, never Automatic. When name is not null and size is not 0,
+ *  also writes its name there, NUL-terminated and cut to size - 1 bytes: the folder
+ *  path, or "embedded" (ORV_TZDB_FOLDER_MAX + 1 bytes hold every usable name).
+ *
+ *      char name[ORV_TZDB_FOLDER_MAX + 1];
+ *      OrvTzdbGetSourceInUse(name, sizeof name);  // "/usr/share/zoneinfo" */
+ORV_API OrvTzdbSource OrvTzdbGetSourceInUse(char* name, OrvSizeT size);
+
 ORV_EXTERN_C_END
 
 #endif /* ORV_CALENDAR_ORVTZDBTIMEZONE_H */
