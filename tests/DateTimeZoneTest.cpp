@@ -160,6 +160,67 @@ TEST_F(ZoneTest, ReferenceCountsBalanceOnEveryPath)
     }
 }
 
+// Converting keeps the instant and reads it in the new zone; a refused conversion
+// changes nothing, counts included. The current time is an instant like any other.
+TEST_F(ZoneTest, ConvertKeepsInstant)
+{
+    const struct {
+        int from, to; // -1 for floating
+        Fields local; // the value's reading, or at {} its instant is `instant`
+        OrvTime instant;
+        bool succeeds;
+        Fields expected;
+        OrvTime offset; // the arithmetic offset after
+    } cases[] = {
+        {kPlus2, kMinus4, {2024, 7, 1, 12, 0}, 0, true, {2024, 7, 1, 6, 0}, -4 * kHour},
+        {kMinus4, kDst, {2024, 3, 30, 21, 30}, 0, true, {2024, 3, 31, 3, 30}, 2 * kHour}, // 01:30Z: after the change
+        {kMinus4, kDst, {2024, 3, 30, 20, 59}, 0, true, {2024, 3, 31, 1, 59}, kHour},
+        {kPlus2, kPlus2, {2024, 7, 1, 12, 0}, 0, true, {2024, 7, 1, 12, 0}, 2 * kHour},
+        {kPlus2, -1, {2024, 7, 1, 12, 0}, 0, true, {2024, 7, 1, 10, 0}, 0},  // floating: the UTC reading
+        {-1, kPlus2, {2024, 7, 1, 10, 0}, 0, true, {2024, 7, 1, 12, 0}, 2 * kHour}, // from the fields read as UTC
+        {kPlus2, kFailFields, {2024, 7, 1, 12, 0}, 0, true, {2024, 7, 1, 11, 0}, kHour}, // asks instants only
+        {kPlus2, kFailInstants, {2024, 7, 1, 12, 0}, 0, false, {}, 0},
+        {kPlus2, kMinus4, {3000, 1, 1, 0, 0}, 0, false, {}, 0},   // no instant
+        {kPlus2, kMinus4, {}, INT64_MIN, false, {}, 0},           // the reading would wrap
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(::testing::Message() << c.local.y << "-" << c.local.mo << "-" << c.local.d << " " << c.local.h
+                                          << " zone " << c.from << " -> " << c.to);
+        orv::test::LogCapture quiet;
+        OrvDateTime* v = &v_;
+        if (c.local == Fields{}) {
+            ASSERT_NE(OrvDateTimeConstruct(v, c.instant, Zone(c.from)), nullptr);
+        } else {
+            Make(c.from, c.local);
+        }
+        const OrvTime instant = OrvDateTimeGetWallTime(v);
+        OrvInt uses[kKinds];
+        for (int k = 0; k < kKinds; ++k) uses[k] = Uses(k);
+        OrvDateTime before;
+        std::memcpy(&before, v, sizeof before);
+        ASSERT_EQ(OrvDateTimeConvertToTimezone(v, Zone(c.to)) != 0, c.succeeds);
+        if (c.succeeds) {
+            EXPECT_EQ(OrvDateTimeGetWallTime(v), instant);
+            EXPECT_EQ(FieldsOf(v), c.expected);
+            EXPECT_EQ(OrvDateTimeGetCurrentUTCOffset(v), c.offset);
+            EXPECT_EQ(OrvDateTimeIsFloating(v) != 0, c.to < 0);
+            for (int k = 0; k < kKinds; ++k)
+                EXPECT_EQ(Uses(k), uses[k] + (k == c.to) - (k == c.from)) << "zone " << k;
+        } else {
+            EXPECT_EQ(std::memcmp(&before, v, sizeof before), 0);
+        }
+        OrvDateTimeDestruct(v);
+    }
+    const OrvTime earliest = OrvTimeNow();
+    OrvDateTime now;
+    ASSERT_NE(OrvDateTimeConstructNow(&now, Zone(kPlus2)), nullptr);
+    EXPECT_GE(now.wallTime, earliest);
+    EXPECT_LE(now.wallTime, OrvTimeNow());
+    EXPECT_GT(earliest, UtcInstant(2024, 1, 1));
+    EXPECT_EQ(now.offset, 2 * kHour);
+    OrvDateTimeDestruct(&now);
+}
+
 TEST_F(ZoneTest, SetWallTime)
 {
     const struct {
