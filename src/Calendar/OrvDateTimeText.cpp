@@ -1,88 +1,304 @@
-// The compact text form of a date-time value: YYYYMMDDTHHMMSS with an optional Z.
+// The compact text form of a date-time value, YYYYMMDDTHHMMSS with an optional Z, and
+// what every text reader and writer of the value shares (OrvDateTimeTextInternal.hpp).
 //
-// The reader is deliberately as lenient per field as strtoul in base 10 (leading
-// blanks, a sign) but strict about everything else: the exact length, the two
-// letters, each field filling its width, and every field already in range. The
-// range check is done by normalizing and requiring that nothing moved, so the zone
-// has its say too (a local time it skips is refused).
-#include "Calendar/OrvDateTimeInternal.hpp"
+// The compact reader is deliberately as lenient per field as strtoul in base 10
+// (leading blanks, a sign) but strict about everything else: the exact length, the two
+// letters, each field filling its width, and every field already in range. One checker,
+// CompactRead, decides for the four readers and for OrvDateTimeExplainCStr: it checks
+// the shape and the ranges, then settles the reading in its zone in a scratch value, so
+// the zone has its say too (a local time it skips is refused) and nothing is written to
+// the caller's value unless the text is accepted.
+#include "Calendar/CalendarMath.hpp"
+#include "Calendar/OrvDateTimeTextInternal.hpp"
 
+#include "Orv/Calendar/OrvTimezoneInline.h"
 #include "Orv/Utils/OrvCLib.h"
+#include "Timezone/SharedFixedZones.hpp"
 #include "Utils/OrvCLibInline.hpp"
 
+#include <cstring>
+
+namespace orv::text {
+
+OrvTextStatus CheckFields(const TextFields& f)
+{
+    if (f.month < 1 || f.month > 12) return Refuse(ORV_TEXTERROR_FieldRange, f.monthPos);
+    if (f.day < 1 || f.day > cal::monthLengths[cal::IsLeap(f.year)][f.month - 1])
+        return Refuse(ORV_TEXTERROR_FieldRange, f.dayPos);
+    if (f.hour < 0 || f.hour > 23) return Refuse(ORV_TEXTERROR_FieldRange, f.hourPos);
+    if (f.min < 0 || f.min > 59) return Refuse(ORV_TEXTERROR_FieldRange, f.minPos);
+    if (f.sec < 0 || f.sec > 59) return Refuse(ORV_TEXTERROR_FieldRange, f.secPos);
+    if (f.nanos < 0 || f.nanos >= cal::kNanosecondsPerSecond) return Refuse(ORV_TEXTERROR_FieldRange, f.nanosPos);
+    return kAccepted;
+}
+
 namespace {
+
+void Alias(OrvDateTime* scratch, Target t)
+{
+    scratch->tz = *t.zone; // no reference: the scratch value is never destructed
+    scratch->floating = t.floating ? ORV_TRUE : ORV_FALSE;
+    scratch->firstDayOfWeek = ORV_WEEKDAY_Monday;
+    scratch->minimalDaysInFirstWeek = 4;
+}
+
+void CopyReading(OrvDateTime* d, const OrvDateTime& s)
+{
+    d->nanosec = s.nanosec;
+    d->sec = s.sec;
+    d->min = s.min;
+    d->hour = s.hour;
+    d->monthDay = s.monthDay;
+    d->month = s.month;
+    d->year = s.year;
+    d->wallTime = s.wallTime;
+    d->offset = s.offset;
+    d->normalized = s.normalized;
+    d->floating = s.floating;
+}
+
+} // namespace
+
+OrvTextError Settle(OrvDateTime* scratch, const TextFields& f, Target t)
+{
+    Alias(scratch, t);
+    scratch->nanosec = f.nanos;
+    scratch->sec = f.sec;
+    scratch->min = f.min;
+    scratch->hour = f.hour;
+    scratch->monthDay = f.day;
+    scratch->month = f.month;
+    scratch->year = f.year;
+    scratch->normalized = ORV_FALSE;
+    scratch->wallTime = ORV_TIME_INVALID;
+    scratch->offset = ORV_TIME_INVALID;
+    if (!OrvDateTimeNormalizeAndSetWall(scratch)) return ORV_TEXTERROR_NoOffset;
+    // The fields were in range, so only the zone can have moved them.
+    const bool unchanged = scratch->nanosec == f.nanos && scratch->sec == f.sec && scratch->min == f.min &&
+                           scratch->hour == f.hour && scratch->monthDay == f.day && scratch->month == f.month &&
+                           scratch->year == f.year;
+    return unchanged ? ORV_TEXTERROR_None : ORV_TEXTERROR_Skipped;
+}
+
+OrvTextError SettleInstant(OrvDateTime* scratch, OrvTime t, Target target)
+{
+    Alias(scratch, target);
+    const OrvTime offset = t == ORV_TIME_INVALID ? ORV_TIME_INVALID : OrvTimezoneGetOffsetInline(&scratch->tz, t);
+    if (offset == ORV_TIME_INVALID) return ORV_TEXTERROR_NoOffset;
+    OrvInt64 local;
+    if (__builtin_add_overflow(t, offset, &local)) return ORV_TEXTERROR_FieldRange;
+    scratch->wallTime = t;
+    scratch->offset = offset;
+    OrvDateTimeSetFieldsFromWall(scratch);
+    return ORV_TEXTERROR_None;
+}
+
+void CommitNew(OrvDateTime* d, const OrvDateTime& scratch)
+{
+    OrvTimezoneConstructCopy(&d->tz, &scratch.tz);
+    CopyReading(d, scratch);
+    d->firstDayOfWeek = ORV_WEEKDAY_Monday;
+    d->minimalDaysInFirstWeek = 4;
+}
+
+void CommitExisting(OrvDateTime* d, const OrvDateTime& scratch)
+{
+    OrvTimezoneAssign(&d->tz, &scratch.tz);
+    CopyReading(d, scratch);
+}
+
+bool ResolveZone(const TextZone& z, Target local, Target* out, OrvTextStatus* refusal)
+{
+    switch (z.kind) {
+    case ZoneKind::Local: *out = local; return true;
+    case ZoneKind::Utc: *out = {OrvFixedTimezoneGetUTC(), false}; return true;
+    case ZoneKind::Offset: break;
+    }
+    const OrvTimezone* shared = detail::SharedFixedZone(z.offset);
+    if (shared == nullptr) {
+        *refusal = Refuse(ORV_TEXTERROR_Allocation, z.pos);
+        return false;
+    }
+    *out = {shared, false};
+    return true;
+}
+
+bool ReadZone(Cursor* c, TextZone* z, OrvTextStatus* refusal)
+{
+    const int sign = c->Peek();
+    if (sign == 'Z' || sign == 'z') {
+        *z = {ZoneKind::Utc, 0, c->pos};
+        ++c->pos;
+        return true;
+    }
+    if (sign != '+' && sign != '-') {
+        *refusal = c->Unexpected();
+        return false;
+    }
+    const OrvSizeT signPos = c->pos++;
+    OrvInt64 hh = 0, mm = 0, ss = 0;
+    if (!c->Digits(2, &hh, refusal)) return false;
+    const bool colon = c->Peek() == ':';
+    if (colon || IsDigit(c->Peek())) {
+        c->pos += colon ? 1 : 0;
+        if (!c->Digits(2, &mm, refusal)) return false;
+        if (colon ? c->Peek() == ':' : IsDigit(c->Peek())) {
+            c->pos += colon ? 1 : 0;
+            if (!c->Digits(2, &ss, refusal)) return false;
+        }
+    }
+    if (hh > 23 || mm > 59 || ss > 59) {
+        *refusal = Refuse(ORV_TEXTERROR_OffsetRange, signPos);
+        return false;
+    }
+    const OrvTime magnitude = ((hh * 60 + mm) * 60 + ss) * ORV_TIME_NANOSECONDS_PER_SECOND;
+    *z = {ZoneKind::Offset, sign == '-' ? -magnitude : magnitude, signPos};
+    return true;
+}
+
+char* PutInt(char* p, OrvInt64 v, int minDigits)
+{
+    unsigned long long mag = v < 0 ? 0ULL - static_cast<unsigned long long>(v) : static_cast<unsigned long long>(v);
+    if (v < 0) *p++ = '-';
+    char digits[20];
+    int n = 0;
+    do {
+        digits[n++] = static_cast<char>('0' + mag % 10);
+        mag /= 10;
+    } while (mag != 0);
+    while (n < minDigits && n < 20) digits[n++] = '0';
+    while (n > 0) *p++ = digits[--n];
+    return p;
+}
+
+char* PutFraction(char* p, OrvInt nanos, int digits)
+{
+    if (digits == 0 || (digits < 0 && nanos == 0)) return p;
+    auto v = static_cast<unsigned>(nanos);
+    if (digits < 0) {
+        digits = 9;
+        for (unsigned rest = v; rest % 10 == 0; rest /= 10) --digits;
+    }
+    char nine[9];
+    for (int i = 8; i >= 0; --i) {
+        nine[i] = static_cast<char>('0' + v % 10);
+        v /= 10;
+    }
+    *p++ = '.';
+    std::memcpy(p, nine, static_cast<std::size_t>(digits));
+    return p + digits;
+}
+
+char* PutOffset(char* p, OrvTime offset, bool colon)
+{
+    *p++ = offset < 0 ? '-' : '+';
+    const unsigned long long magnitude =
+        offset < 0 ? 0ULL - static_cast<unsigned long long>(offset) : static_cast<unsigned long long>(offset);
+    const unsigned long long secs = magnitude / ORV_TIME_NANOSECONDS_PER_SECOND;
+    const unsigned long long hours = secs / 3600;
+    p = hours < 100 ? Put2(p, static_cast<unsigned>(hours)) : PutInt(p, static_cast<OrvInt64>(hours), 2);
+    if (colon) *p++ = ':';
+    p = Put2(p, static_cast<unsigned>(secs / 60 % 60));
+    if (secs % 60 != 0) {
+        if (colon) *p++ = ':';
+        p = Put2(p, static_cast<unsigned>(secs % 60));
+    }
+    return p;
+}
+
+} // namespace orv::text
+
+namespace {
+
+using namespace orv::text;
 
 constexpr OrvSizeT kLocalLength = 15; // YYYYMMDDTHHMMSS
 constexpr OrvSizeT kUtcLength = 16;   // ... and Z
 constexpr OrvSizeT kTPos = 8;
 constexpr OrvSizeT kZPos = 15;
 
-// Copies the len characters at pos into buf and terminates it. False when the text
-// ends inside the field. This is the outcome of OrvStrLCpy(buf, pos, len + 1) < len
-// (strlcpy's result is the source's length, short exactly when a terminating zero lies
-// within the field) without measuring the rest of the text after the field.
-inline bool CopyField(char* buf, const char* pos, OrvSizeT len)
+// Reads the field of width characters at pos as strtoul does in base 10 (the
+// conversion is OrvStrToUint32's, taken inline so that it is specialised for base 10).
+// The field must not hold a terminating zero, must be used up by the conversion, and
+// must not read as a negative number.
+bool CompactField(const char* text, OrvSizeT pos, OrvSizeT width, OrvInt* val, OrvTextStatus* refusal)
 {
-    for (OrvSizeT i = 0; i < len; ++i) {
-        if (pos[i] == '\0') return false;
-        buf[i] = pos[i];
+    char buf[8];
+    for (OrvSizeT i = 0; i < width; ++i) {
+        if (text[pos + i] == '\0') {
+            *refusal = Refuse(ORV_TEXTERROR_Character, pos + i);
+            return false;
+        }
+        buf[i] = text[pos + i];
     }
-    buf[len] = '\0';
+    buf[width] = '\0';
+    char* end = nullptr;
+    *val = static_cast<OrvInt>(orv::clib::StrToUint32(buf, &end, 10));
+    if (end != buf + width) {
+        *refusal = Refuse(ORV_TEXTERROR_Character, pos + static_cast<OrvSizeT>(end - buf));
+        return false;
+    }
+    if (*val < 0) {
+        *refusal = Refuse(ORV_TEXTERROR_FieldRange, pos);
+        return false;
+    }
     return true;
 }
 
-// Converts the len characters at pos (len <= 15) as strtoul does in base 10. The
-// number, truncated to 32 bits, is stored through val whatever the outcome. True only
-// when the conversion used the whole field and the number is not negative: a field
-// that ends early (a terminating zero inside it), holds no digit, has anything after
-// its digits, or reads as a negative number is refused. The conversion is
-// OrvStrToUint32's, taken inline so that it is specialised for base 10.
-inline bool GetFixedSizeInt(const char* pos, OrvSizeT len, OrvInt* val)
+// The one checker of the compact form: shape, fields left to right, ranges, then the
+// reading settled in its zone (the global UTC zone for a Z, else local) in scratch.
+OrvTextStatus CompactRead(const char* text, OrvSizeT len, Target local, OrvDateTime* scratch)
 {
-    char buf[16];
-    if (!CopyField(buf, pos, len)) return false;
-    char* end = nullptr;
-    *val = static_cast<OrvInt>(orv::clib::StrToUint32(buf, &end, 10));
-    return end == buf + len && *val >= 0;
+    if (len != kLocalLength && len != kUtcLength)
+        return Refuse(ORV_TEXTERROR_Length, len < kUtcLength ? len : kUtcLength);
+    TextFields f;
+    f.monthPos = 4;
+    f.dayPos = 6;
+    f.hourPos = 9;
+    f.minPos = 11;
+    f.secPos = 13;
+    OrvTextStatus refusal = kAccepted;
+    if (!CompactField(text, 0, 4, &f.year, &refusal) || !CompactField(text, 4, 2, &f.month, &refusal) ||
+        !CompactField(text, 6, 2, &f.day, &refusal))
+        return refusal;
+    if (text[kTPos] != 'T') return Refuse(ORV_TEXTERROR_Character, kTPos);
+    if (!CompactField(text, 9, 2, &f.hour, &refusal) || !CompactField(text, 11, 2, &f.min, &refusal) ||
+        !CompactField(text, 13, 2, &f.sec, &refusal))
+        return refusal;
+    const bool utc = len == kUtcLength;
+    if (utc && text[kZPos] != 'Z') return Refuse(ORV_TEXTERROR_Character, kZPos);
+    refusal = CheckFields(f);
+    if (refusal.error != ORV_TEXTERROR_None) return refusal;
+    const Target target = utc ? Target{OrvFixedTimezoneGetUTC(), false} : local;
+    switch (Settle(scratch, f, target)) {
+    case ORV_TEXTERROR_None: return kAccepted;
+    case ORV_TEXTERROR_Skipped: return Refuse(ORV_TEXTERROR_Skipped, f.hourPos);
+    default: return Refuse(ORV_TEXTERROR_NoOffset, 0);
+    }
+}
+
+Target LocalTarget(const OrvTimezone* tz)
+{
+    return tz != nullptr ? Target{tz, false} : Target{OrvFixedTimezoneGetUTC(), true};
+}
+
+OrvDateTime* ConstructFromText(OrvDateTime* d, const char* text, OrvSizeT len, const OrvTimezone* tz)
+{
+    OrvDateTime scratch;
+    if (CompactRead(text, len, LocalTarget(tz), &scratch).error != ORV_TEXTERROR_None) return nullptr;
+    CommitNew(d, scratch);
+    return d;
 }
 
 } // namespace
 
 OrvBool OrvDateTimeDoSetString_(OrvDateTime* d, const char* cstr, OrvSizeT len)
 {
-    if (len != kLocalLength && len != kUtcLength) return ORV_FALSE;
-    const bool utc = len == kUtcLength;
-    if (utc && cstr[kZPos] != 'Z') return ORV_FALSE;
-    if (cstr[kTPos] != 'T') return ORV_FALSE;
-
-    OrvInt y = 0, mo = 0, dy = 0, h = 0, m = 0, s = 0;
-    if (!GetFixedSizeInt(cstr + 0, 4, &y) || !GetFixedSizeInt(cstr + 4, 2, &mo) ||
-        !GetFixedSizeInt(cstr + 6, 2, &dy) || !GetFixedSizeInt(cstr + 9, 2, &h) ||
-        !GetFixedSizeInt(cstr + 11, 2, &m) || !GetFixedSizeInt(cstr + 13, 2, &s))
+    OrvDateTime scratch;
+    if (CompactRead(cstr, len, {&d->tz, d->floating != ORV_FALSE}, &scratch).error != ORV_TEXTERROR_None)
         return ORV_FALSE;
-
-    // From here on d is written; the public entries discard or restore it on failure.
-    if (utc) {
-        OrvTimezoneAssign(&d->tz, OrvFixedTimezoneGetUTC());
-        d->floating = ORV_FALSE;
-    }
-    d->nanosec = 0;
-    d->sec = s;
-    d->min = m;
-    d->hour = h;
-    d->monthDay = dy;
-    d->month = mo;
-    d->year = y;
-    d->normalized = ORV_FALSE;
-    d->wallTime = ORV_TIME_INVALID;
-    d->offset = ORV_TIME_INVALID;
-    if (!OrvDateTimeNormalizeAndSetWall(d)) return ORV_FALSE;
-
-    // Anything carried (month 13, 30 February, hour 24) or moved by the zone (a
-    // skipped local time) means the text did not name an existing reading.
-    const bool unchanged = d->nanosec == 0 && d->sec == s && d->min == m && d->hour == h && d->monthDay == dy &&
-                           d->month == mo && d->year == y;
-    return unchanged ? ORV_TRUE : ORV_FALSE;
+    CommitExisting(d, scratch);
+    return ORV_TRUE;
 }
 
 OrvBool OrvDateTimeGetString(const OrvDateTime* d, OrvString* str)
@@ -93,30 +309,6 @@ OrvBool OrvDateTimeGetString(const OrvDateTime* d, OrvString* str)
     if (OrvDateTimeIsUTC(d) && OrvStringAppendChar(str, 'Z') == nullptr) return ORV_FALSE;
     return ORV_TRUE;
 }
-
-namespace {
-
-OrvDateTime* ConstructFromText(OrvDateTime* d, const char* cstr, OrvSizeT len, const OrvTimezone* tz)
-{
-    orv::detail::TakeZone(d, tz);
-    if (OrvDateTimeDoSetString_(d, cstr, len)) return d;
-    OrvTimezoneDestruct(&d->tz);
-    return nullptr;
-}
-
-OrvBool SetFromText(OrvDateTime* d, const char* cstr, OrvSizeT len)
-{
-    // The parser may have replaced the zone and the fields before it refuses, so a
-    // copy (one more zone reference) is the way back to exactly the old value.
-    OrvDateTime saved;
-    if (OrvDateTimeConstructCopy(&saved, d) == nullptr) return ORV_FALSE;
-    const OrvBool ok = OrvDateTimeDoSetString_(d, cstr, len);
-    if (!ok) OrvDateTimeAssign(d, &saved);
-    OrvDateTimeDestruct(&saved);
-    return ok;
-}
-
-} // namespace
 
 OrvDateTime* OrvDateTimeConstructString(OrvDateTime* d, const OrvString* str, const OrvTimezone* tz)
 {
@@ -130,7 +322,16 @@ OrvDateTime* OrvDateTimeConstructCStr(OrvDateTime* d, const char* str, const Orv
 
 OrvBool OrvDateTimeSetString(OrvDateTime* d, const OrvString* str)
 {
-    return SetFromText(d, OrvStringCStr(str), OrvStringLength(str));
+    return OrvDateTimeDoSetString_(d, OrvStringCStr(str), OrvStringLength(str));
 }
 
-OrvBool OrvDateTimeSetCStr(OrvDateTime* d, const char* str) { return SetFromText(d, str, OrvStrLen(str)); }
+OrvBool OrvDateTimeSetCStr(OrvDateTime* d, const char* str) { return OrvDateTimeDoSetString_(d, str, OrvStrLen(str)); }
+
+OrvBool OrvDateTimeExplainCStr(const char* text, const OrvTimezone* tz, OrvTextStatus* status)
+{
+    OrvDateTime scratch;
+    const OrvTextStatus s =
+        text == nullptr ? Refuse(ORV_TEXTERROR_Length, 0) : CompactRead(text, OrvStrLen(text), LocalTarget(tz), &scratch);
+    Report(status, s);
+    return s.error == ORV_TEXTERROR_None ? ORV_TRUE : ORV_FALSE;
+}

@@ -356,5 +356,6 @@ ORV_EXTERN_C_END
  * Orv/Calendar/OrvDateTimeSet.h. Both headers come with this one. */
 #include "Orv/Calendar/OrvDateTimeSet.h"
 #include "Orv/Calendar/OrvDateTimeVector.h"
+#include "Orv/Calendar/OrvDateTimeText.h"
 
 #endif /* ORV_CALENDAR_ORVDATETIME_H */
