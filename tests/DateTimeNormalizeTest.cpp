@@ -285,8 +285,8 @@ TEST(DaysSincePosixEpoch, ReadsStoredFieldsWithoutNormalizing)
         OrvInt year, month, day;
         OrvTime days;
     };
-    const Case cases[] = {{1970, 1, 1, 0},    {1968, 1, 1, -731}, {1900, 1, 17, -25551}, {2024, 3, 1, 19783},
-                          {2024, 13, 1, 20089}, {2025, 1, 1, 20089}, {2024, 0, 1, 19692}, {2023, 12, 1, 19692}};
+    // The day counts themselves are the calendar kernels' (CalendarMathTest).
+    const Case cases[] = {{1968, 1, 1, -731}, {2024, 13, 1, 20089}, {2024, 0, 1, 19692}};
     for (const Case& c : cases) {
         d.year = c.year;
         d.month = c.month;
@@ -294,10 +294,6 @@ TEST(DaysSincePosixEpoch, ReadsStoredFieldsWithoutNormalizing)
         EXPECT_EQ(OrvDateTimeGetDaysSincePosixEpoch_(&d), c.days) << c.year << "-" << c.month;
         EXPECT_EQ(d.month, c.month);
     }
-    d.year = INT_MIN;
-    d.month = INT_MIN;
-    d.monthDay = INT_MIN;
-    EXPECT_LT(OrvDateTimeGetDaysSincePosixEpoch_(&d), 0); // defined, no overflow
     OrvDateTimeDestruct(&d);
 }
 

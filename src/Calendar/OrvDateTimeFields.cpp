@@ -32,35 +32,23 @@ OrvInt* AddTarget(OrvDateTime* d, OrvDateTimeField f)
     }
 }
 
-struct WideFields {
-    OrvInt64 nanosec, sec, min, hour, monthDay, month0, year;
-};
-
 // The reading of d with `amount` added to the field that f adds to, carried into range
 // in 64 bits. False when the year it lands in does not fit an OrvInt.
-bool CarryWide(const OrvDateTime* d, OrvDateTimeField f, OrvInt64 amount, WideFields* out)
+bool CarryWide(const OrvDateTime* d, OrvDateTimeField f, OrvInt64 amount, Reading* out)
 {
-    WideFields w{d->nanosec, d->sec, d->min, d->hour, d->monthDay, OrvInt64{d->month} - 1, d->year};
+    Reading r{d->year, d->month, d->monthDay, d->hour, d->min, d->sec, d->nanosec};
     switch (f) {
-    case ORV_DATETIMEFIELD_Nanosecond: w.nanosec += amount; break;
-    case ORV_DATETIMEFIELD_Second: w.sec += amount; break;
-    case ORV_DATETIMEFIELD_Minute: w.min += amount; break;
-    case ORV_DATETIMEFIELD_Hour: w.hour += amount; break;
-    case ORV_DATETIMEFIELD_Month: w.month0 += amount; break;
-    case ORV_DATETIMEFIELD_Year: w.year += amount; break;
-    default: w.monthDay += amount; break; // |amount| <= 7 * 2^31
+    case ORV_DATETIMEFIELD_Nanosecond: r.nanosecond += amount; break;
+    case ORV_DATETIMEFIELD_Second: r.second += amount; break;
+    case ORV_DATETIMEFIELD_Minute: r.minute += amount; break;
+    case ORV_DATETIMEFIELD_Hour: r.hour += amount; break;
+    case ORV_DATETIMEFIELD_Month: r.month += amount; break;
+    case ORV_DATETIMEFIELD_Year: r.year += amount; break;
+    default: r.day += amount; break; // |amount| <= 7 * 2^31
     }
-    NormalizeAndCarry<OrvInt64>(&w.sec, &w.nanosec, kNanosecondsPerSecond);
-    NormalizeAndCarry<OrvInt64>(&w.min, &w.sec, kSecondsPerMinute);
-    NormalizeAndCarry<OrvInt64>(&w.hour, &w.min, kMinutesPerHour);
-    NormalizeAndCarry<OrvInt64>(&w.monthDay, &w.hour, kHoursPerDay); // |monthDay| < 2^35
-    NormalizeAndCarry<OrvInt64>(&w.year, &w.month0, kMonthsPerYear); // |year| < 2^33
-    const CivilDate64 date = CivilFromDays(DaysFromCivil(w.year, static_cast<OrvInt>(w.month0) + 1, w.monthDay));
-    if (!FitsInt(date.year)) return false;
-    w.year = date.year;
-    w.month0 = date.month - 1;
-    w.monthDay = date.day;
-    *out = w;
+    CarryReading(&r); // every field below 2^35 in magnitude
+    if (!FitsInt(r.year)) return false;
+    *out = r;
     return true;
 }
 
@@ -103,24 +91,24 @@ OrvBool OrvDateTimeAddToField(OrvDateTime* d, OrvDateTimeField f, OrvInt inc)
     if (SelectorIndex(f) > ORV_DATETIMEFIELD_DayOfYear) return ORV_FALSE;
 
     const bool weeks = f == ORV_DATETIMEFIELD_WeekOfMonth || f == ORV_DATETIMEFIELD_WeekOfYear;
-    const OrvInt64 amount = weeks ? OrvInt64{inc} * 7 : OrvInt64{inc};
+    const OrvInt64 amount = weeks ? OrvInt64{inc} * kDaysPerWeek : OrvInt64{inc};
     OrvInt* const target = AddTarget(d, f);
 
     // The sum is carried in 64 bits first, to refuse a year beyond 32 bits before
     // anything changes. When the plain sum fits the field, the field takes it and the
     // normalization below carries it; otherwise the reading is stored already carried.
-    WideFields w;
+    Reading w;
     if (!CarryWide(d, f, amount, &w)) return ORV_FALSE;
     const OrvInt64 sum = *target + amount;
     if (FitsInt(sum)) {
         *target = static_cast<OrvInt>(sum);
     } else {
-        d->nanosec = static_cast<OrvInt>(w.nanosec);
-        d->sec = static_cast<OrvInt>(w.sec);
-        d->min = static_cast<OrvInt>(w.min);
+        d->nanosec = static_cast<OrvInt>(w.nanosecond);
+        d->sec = static_cast<OrvInt>(w.second);
+        d->min = static_cast<OrvInt>(w.minute);
         d->hour = static_cast<OrvInt>(w.hour);
-        d->monthDay = static_cast<OrvInt>(w.monthDay);
-        d->month = static_cast<OrvInt>(w.month0) + 1;
+        d->monthDay = static_cast<OrvInt>(w.day);
+        d->month = static_cast<OrvInt>(w.month);
         d->year = static_cast<OrvInt>(w.year);
     }
 

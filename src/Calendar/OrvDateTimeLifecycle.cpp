@@ -1,5 +1,6 @@
 // Construction, copy, assignment and release of date-time values, and the accessors of
 // their zone and week settings.
+#include "Calendar/CalendarMath.hpp"
 #include "Calendar/OrvDateTimeInternal.hpp"
 
 #include "Orv/Calendar/OrvTimezoneInline.h"
@@ -142,7 +143,7 @@ OrvInt OrvDateTimeGetMinimalDaysInFirstWeek(OrvDateTime* d) { return d->minimalD
 
 OrvBool OrvDateTimeSetMinimalDaysInFirstWeek(OrvDateTime* d, OrvInt days)
 {
-    if (days < 1 || days > 7) return ORV_FALSE;
+    if (days < 1 || days > orv::cal::kDaysPerWeek) return ORV_FALSE;
     d->minimalDaysInFirstWeek = days;
     return ORV_TRUE;
 }

@@ -7,42 +7,24 @@
 #include "Orv/Calendar/OrvTimezoneInline.h"
 #include "Orv/Os/OrvLog.h"
 
-#include <limits>
-
 namespace {
 
 using namespace orv::cal;
 
 constexpr const char* kLogFile = "Orv/Calendar/OrvDateTime";
-constexpr OrvInt64 kInt64Max = std::numeric_limits<OrvInt64>::max();
-constexpr OrvInt64 kInt64Min = std::numeric_limits<OrvInt64>::min();
-// Local seconds since the epoch whose nanoseconds fit an OrvTime (quotients of the
-// 64-bit limits by 10^9, rounded towards zero).
-constexpr OrvInt64 kMaxSecs = kInt64Max / kNanosecondsPerSecond; //  9223372036
-constexpr OrvInt64 kMinSecs = kInt64Min / kNanosecondsPerSecond; // -9223372036
 
-// Writes the date of a day count in the instant range and the time of day.
-inline void StoreFields(OrvDateTime* d, OrvInt64 localNs)
+// Stores a reading whose fields are in range; the year wraps modulo 2^32 beyond the
+// 32-bit years.
+inline void StoreFields(OrvDateTime* d, const Reading& r)
 {
-    OrvInt64 nanos;
-    const OrvInt64 secs = DivDownAndModBranchless<OrvInt64>(localNs, kNanosecondsPerSecond, &nanos); // [-9223372037, 9223372036]
-    OrvInt64 secOfDay;
-    const OrvInt64 days = DivDownAndModBranchless<OrvInt64>(secs, kSecondsPerDay, &secOfDay); // [-106752, 106751]
-    const OrvInt sod = static_cast<OrvInt>(secOfDay);                                // [0, 86399]
-    const CivilDate date = CivilFromInstantDays(static_cast<OrvInt>(days));
-    d->nanosec = static_cast<OrvInt>(nanos);
-    d->sec = sod % 60;
-    d->min = sod / 60 % 60;
-    d->hour = sod / 3600;
-    d->monthDay = date.day;
-    d->month = date.month;
-    d->year = date.year;
+    d->nanosec = static_cast<OrvInt>(r.nanosecond);
+    d->sec = static_cast<OrvInt>(r.second);
+    d->min = static_cast<OrvInt>(r.minute);
+    d->hour = static_cast<OrvInt>(r.hour);
+    d->monthDay = static_cast<OrvInt>(r.day);
+    d->month = static_cast<OrvInt>(r.month);
+    d->year = static_cast<OrvInt>(r.year);
     d->normalized = ORV_TRUE;
-}
-
-inline bool MonthDayInRange(OrvInt64 year, OrvInt month, OrvInt64 monthDay)
-{
-    return monthDay >= 1 && monthDay <= monthLengths[IsLeap(year)][month - 1];
 }
 
 } // namespace
@@ -56,55 +38,35 @@ OrvBool OrvDateTimeSetFieldsFromWall(OrvDateTime* d)
                            static_cast<long long>(d->wallTime), static_cast<long long>(d->offset));
         return ORV_FALSE;
     }
-    StoreFields(d, local);
+    StoreFields(d, ReadingFromLocalNanoseconds(local));
     return ORV_TRUE;
 }
 
-// Carrying is done in 64 bits, so no carry overflows whatever the 32-bit fields hold,
-// and the whole-year and month steps collapse into one day count and back: the result
-// is the calendar date that the day count denotes, which is exactly where carrying
-// year by year, then month by month, ends. Constant time for any day of month.
+// Carrying is done in 64 bits (CarryReading), so no carry overflows whatever the
+// 32-bit fields hold.
 OrvBool OrvDateTimeNormalizeFields(OrvDateTime* d)
 {
     // Fields already in range (the common case of values built from fields) carry nothing.
     if (static_cast<OrvUint32>(d->nanosec) < static_cast<OrvUint32>(kNanosecondsPerSecond) &&
-        static_cast<OrvUint32>(d->sec) < 60 && static_cast<OrvUint32>(d->min) < 60 &&
-        static_cast<OrvUint32>(d->hour) < 24 && static_cast<OrvUint32>(d->month) - 1u < 12 &&
-        d->monthDay >= 1 && d->monthDay <= monthLengths[IsLeap(d->year)][d->month - 1]) {
+        static_cast<OrvUint32>(d->sec) < static_cast<OrvUint32>(kSecondsPerMinute) &&
+        static_cast<OrvUint32>(d->min) < static_cast<OrvUint32>(kMinutesPerHour) &&
+        static_cast<OrvUint32>(d->hour) < static_cast<OrvUint32>(kHoursPerDay) &&
+        static_cast<OrvUint32>(d->month) - 1u < static_cast<OrvUint32>(kMonthsPerYear) &&
+        DayInMonth(d->year, d->month, d->monthDay)) {
         d->normalized = ORV_TRUE;
         return ORV_TRUE;
     }
-    OrvInt64 nanos = d->nanosec, sec = d->sec, min = d->min, hour = d->hour;
-    OrvInt64 monthDay = d->monthDay, month0 = OrvInt64{d->month} - 1, year = d->year;
-    NormalizeAndCarry<OrvInt64>(&sec, &nanos, kNanosecondsPerSecond);
-    NormalizeAndCarry<OrvInt64>(&min, &sec, kSecondsPerMinute);
-    NormalizeAndCarry<OrvInt64>(&hour, &min, kMinutesPerHour);
-    NormalizeAndCarry<OrvInt64>(&monthDay, &hour, kHoursPerDay);
-    NormalizeAndCarry<OrvInt64>(&year, &month0, kMonthsPerYear); // |year| < 2^32
-    OrvInt month = static_cast<OrvInt>(month0) + 1;
-    if (!MonthDayInRange(year, month, monthDay)) {
-        const CivilDate64 date = CivilFromDays(DaysFromCivil(year, month, monthDay));
-        year = date.year;
-        month = date.month;
-        monthDay = date.day;
-    }
-    d->nanosec = static_cast<OrvInt>(nanos);
-    d->sec = static_cast<OrvInt>(sec);
-    d->min = static_cast<OrvInt>(min);
-    d->hour = static_cast<OrvInt>(hour);
-    d->monthDay = static_cast<OrvInt>(monthDay);
-    d->month = month;
-    d->year = static_cast<OrvInt>(year); // wraps modulo 2^32 beyond the 32-bit years
-    d->normalized = ORV_TRUE;
+    Reading r{d->year, d->month, d->monthDay, d->hour, d->min, d->sec, d->nanosec};
+    CarryReading(&r); // |year| < 2^32
+    StoreFields(d, r);
     return ORV_TRUE;
 }
 
 OrvBool OrvDateTimeSetWallFromFields(OrvDateTime* d)
 {
-    const OrvInt64 days = OrvDateTimeGetDaysSincePosixEpoch_(d);                 // |days| < 2^40
-    const OrvInt64 secs = days * kSecondsPerDay + OrvInt64{d->hour} * 3600 + OrvInt64{d->min} * 60 + d->sec;
+    const OrvInt64 secs = LocalSecondsFromFields(d->year, d->month, d->monthDay, d->hour, d->min, d->sec);
     OrvInt64 adj = 0, wall = 0;
-    if (secs > kMaxSecs || secs < kMinSecs || __builtin_sub_overflow(OrvInt64{d->nanosec}, d->offset, &adj) ||
+    if (secs > kMaxInstantSecond || secs < kMinInstantSecond || __builtin_sub_overflow(OrvInt64{d->nanosec}, d->offset, &adj) ||
         __builtin_add_overflow(secs * kNanosecondsPerSecond, adj, &wall)) {
         OrvLogDoFormatted_(ORV_LOGLEVEL_INFO, OrvLogCalendar_, kLogFile, __LINE__, "OrvDateTimeSetWallFromFields",
                            "Can't set wall time for time %d-%02d-%02d %02d:%02d:%02d.%09d with offset %lld: would wrap",
@@ -145,14 +107,9 @@ OrvInt OrvDateTimeCalculateDayOfYear(const OrvDateTime* d)
 {
     // A month outside 1..12 (only for values read before normalization) picks the row
     // of the year it carries into; the sum wraps instead of overflowing.
-    OrvInt64 month0;
-    const OrvInt64 year = d->year + DivDownAndMod<OrvInt64>(OrvInt64{d->month} - 1, kMonthsPerYear, &month0);
-    return static_cast<OrvInt>(monthDays[IsLeap(year)][month0] + OrvInt64{d->monthDay});
+    OrvInt64 year = d->year;
+    const OrvInt month = CarryMonthIntoYear(&year, d->month);
+    return static_cast<OrvInt>(DayOfYear(year, month, d->monthDay));
 }
 
-OrvTime OrvDateTimeGetDaysSincePosixEpoch_(const OrvDateTime* d)
-{
-    OrvInt64 month0;
-    const OrvInt64 year = d->year + DivDownAndMod<OrvInt64>(OrvInt64{d->month} - 1, kMonthsPerYear, &month0);
-    return DaysFromCivil(year, static_cast<OrvInt>(month0) + 1, d->monthDay);
-}
+OrvTime OrvDateTimeGetDaysSincePosixEpoch_(const OrvDateTime* d) { return DaysFromFields(d->year, d->month, d->monthDay); }

@@ -15,16 +15,13 @@ constexpr OrvUint32 kFieldCount = ORV_DATETIMEFIELD_DayOfYear + 1;
 constexpr OrvInt kMinimum[kFieldCount] = {0, 0, 0, 0, 0, 1, 1, 1677, 0, 1, 1};
 constexpr OrvInt kMaximum[kFieldCount] = {999999999, 59, 59, 23, 6, 31, 12, 2262, 6, 53, 366};
 
-constexpr OrvInt Mod7(OrvInt64 v)
-{
-    const OrvInt r = static_cast<OrvInt>(v % 7);
-    return r < 0 ? r + 7 : r;
-}
+// The weekday, or weekday relative to the first day of the week, v days on.
+constexpr OrvInt Mod7(OrvInt64 v) { return static_cast<OrvInt>(FloorMod<OrvInt64>(v, kDaysPerWeek)); }
 
 // Weeks of the month of d: the week number of its last day.
 OrvInt WeeksInMonth(const OrvDateTime* d, OrvInt wday)
 {
-    const OrvInt length = monthLengths[IsLeap(d->year)][d->month - 1];
+    const OrvInt length = MonthLength(d->year, d->month);
     const OrvInt wdayLast = Mod7(wday + length - d->monthDay);
     return WeekInPeriod(wdayLast, length, d->firstDayOfWeek, d->minimalDaysInFirstWeek);
 }
@@ -73,7 +70,7 @@ OrvInt OrvDateTimeGetActualMaximum(const OrvDateTime* d, OrvDateTimeField f)
 {
     if (!orv::detail::Normalize(d)) return 0;
     switch (f) {
-    case ORV_DATETIMEFIELD_DayOfMonth: return monthLengths[IsLeap(d->year)][d->month - 1];
+    case ORV_DATETIMEFIELD_DayOfMonth: return MonthLength(d->year, d->month);
     case ORV_DATETIMEFIELD_DayOfYear: return YearLength(d->year);
     case ORV_DATETIMEFIELD_WeekOfMonth: return WeeksInMonth(d, orv::detail::OrvDateTimeCalculateDayOfWeek(d));
     case ORV_DATETIMEFIELD_WeekOfYear: return WeeksInWeekYear(d);

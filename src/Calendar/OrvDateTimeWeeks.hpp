@@ -14,21 +14,18 @@ namespace orv::detail {
 // int, so comparing it directly would let selectors from 2^31 up pass for small ones.
 constexpr OrvUint32 SelectorIndex(OrvDateTimeField f) { return static_cast<OrvUint32>(f); }
 
-// 0 (Sunday) .. 6 (Saturday). Day 0, 1970-01-01, is a Thursday. The day count is
+// 0 (Sunday) .. 6 (Saturday). The day count is
 // OrvDateTimeGetDaysSincePosixEpoch_'s, worked out inline: with the month already in
 // 1..12 there is nothing to carry.
 inline OrvInt OrvDateTimeCalculateDayOfWeek(const OrvDateTime* d)
 {
-    const OrvInt64 days = cal::DaysFromCivil(d->year, d->month, d->monthDay);
-    OrvInt64 wday = (days + 4) % 7; // [-6, 6]
-    if (wday < 0) wday += 7;
-    return static_cast<OrvInt>(wday);
+    return cal::WeekdayOfDays(cal::DaysFromCivil(d->year, d->month, d->monthDay));
 }
 
 // OrvDateTimeCalculateDayOfYear for in-range fields, inline: 1 .. 366.
 inline OrvInt DayOfYearInRange(const OrvDateTime* d)
 {
-    return cal::monthDays[cal::IsLeap(d->year)][d->month - 1] + d->monthDay;
+    return static_cast<OrvInt>(cal::DayOfYear(d->year, d->month, d->monthDay));
 }
 
 // The week number of day dayInPeriod (1-based) of a month or year, given its weekday:
@@ -37,10 +34,9 @@ inline OrvInt DayOfYearInRange(const OrvDateTime* d)
 //   wday [0, 6], firstDayOfWeek [0, 6], minimalDays [1, 7], dayInPeriod [1, 732].
 inline OrvInt WeekInPeriod(OrvInt wday, OrvInt dayInPeriod, OrvInt firstDayOfWeek, OrvInt minimalDays)
 {
-    OrvInt relWday1st = (wday - firstDayOfWeek - dayInPeriod + 1) % 7; // weekday of day 1, relative
-    if (relWday1st < 0) relWday1st += 7;                                // [0, 6]
-    OrvInt week = (dayInPeriod + relWday1st - 1) / 7;
-    if (7 - relWday1st >= minimalDays) ++week;
+    const OrvInt relWday1st = cal::FloorMod(wday - firstDayOfWeek - dayInPeriod + 1, cal::kDaysPerWeek); // weekday of day 1, relative
+    OrvInt week = (dayInPeriod + relWday1st - 1) / cal::kDaysPerWeek;
+    if (cal::kDaysPerWeek - relWday1st >= minimalDays) ++week;
     return week;
 }
 
@@ -67,7 +63,7 @@ inline OrvInt OrvDateTimeCalculateWeekOfYear(const OrvDateTime* d)
     }
     if (yday >= 359) {
         const OrvInt yearLength = cal::YearLength(d->year);
-        const OrvInt relWday = (wday - d->firstDayOfWeek + 7) % 7;
+        const OrvInt relWday = cal::FloorMod(wday - d->firstDayOfWeek, cal::kDaysPerWeek);
         if (yday - relWday + 6 > yearLength) {
             const OrvInt relWdayLast = relWday + yearLength - yday; // weekday of 31 December, relative
             if (6 - relWdayLast >= d->minimalDaysInFirstWeek) week = 1;
