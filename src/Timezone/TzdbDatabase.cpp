@@ -176,12 +176,19 @@ bool StartsWithTzif(const char* path)
 }
 
 // True when path, links followed, is a file under the folder root (already resolved).
-bool ResolvesInside(const char* path, const char* root)
+// Into resolved (PATH_MAX bytes): path with links followed, when it lies under the
+// folder root (already resolved).
+bool ResolveInside(const char* path, const char* root, char* resolved)
 {
-    char resolved[PATH_MAX];
     if (realpath(path, resolved) == nullptr) return false;
     const std::size_t rootLen = std::strlen(root);
     return std::strncmp(resolved, root, rootLen) == 0 && (resolved[rootLen] == '/' || (rootLen == 1 && root[0] == '/'));
+}
+
+bool ResolvesInside(const char* path, const char* root)
+{
+    char resolved[PATH_MAX];
+    return ResolveInside(path, root, resolved);
 }
 
 // Walks dir/rel (rel empty at the top); false when fn asked to stop.
@@ -295,8 +302,7 @@ OrvTimezone* ConstructFromSource(const Source& s, OrvTimezone* tz, const char* z
     char root[PATH_MAX];
     if (!s.usable || !JoinPath(path, s.folder, zoneId)) return nullptr;
     // Links inside the database are followed, but the file must stay inside it.
-    if (realpath(s.folder, root) == nullptr || !ResolvesInside(path, root)) return nullptr;
-    if (realpath(path, resolved) == nullptr) return nullptr;
+    if (realpath(s.folder, root) == nullptr || !ResolveInside(path, root, resolved)) return nullptr;
     return ConstructFromFile(tz, resolved, zoneId, a);
 }
 
