@@ -1,6 +1,8 @@
-// Building a value in Europe/Berlin, from an instant and from local fields, over a
-// fixed pseudo-random spread of instants from 1900 to 2100, beside glibc
-// (localtime_r / mktime with TZ=Europe/Berlin), cctz and ICU when they are installed.
+// Building a value in Europe/Berlin, from an instant and from local fields, and finding
+// the zone's next transition after an instant, over a fixed pseudo-random spread of
+// instants from 1900 to 2100, beside glibc (localtime_r / mktime with TZ=Europe/Berlin),
+// cctz, Abseil and ICU when they are installed. The "orv" rows use the shared zone
+// (no count to change per value); "orv-counted" a zone of the caller's own.
 #include "Orv/Calendar/OrvDateTime.h"
 #include "Orv/Calendar/OrvTzdbTimezone.h"
 #include "RatioReporter.h"
@@ -14,6 +16,10 @@
 #if ORV_BENCH_HAVE_CCTZ
 #include <cctz/civil_time.h>
 #include <cctz/time_zone.h>
+#endif
+#if ORV_BENCH_HAVE_ABSL
+#include <absl/time/civil_time.h>
+#include <absl/time/time.h>
 #endif
 #if ORV_BENCH_HAVE_ICU
 #include <unicode/gregocal.h>
@@ -33,12 +39,19 @@ struct Sample {
 
 const OrvTimezone* Berlin()
 {
-    static OrvTimezone tz;
-    static const bool ok = OrvTzdbTimezoneConstruct(&tz, kZone, OrvAllocatorGetDefault()) != nullptr;
-    if (!ok) {
+    const OrvTimezone* tz = OrvTzdbTimezoneGetShared(kZone);
+    if (tz == nullptr) {
         std::fprintf(stderr, "cannot load %s from the zone database\n", kZone);
         std::exit(1);
     }
+    return tz;
+}
+
+const OrvTimezone* CountedBerlin()
+{
+    static OrvTimezone tz;
+    static const bool ok = OrvTzdbTimezoneConstruct(&tz, kZone, OrvAllocatorGetDefault()) != nullptr;
+    if (!ok) std::exit(1);
     return &tz;
 }
 
@@ -71,10 +84,9 @@ void UseGlibcZone()
 // Instant -> value
 // ---------------------------------------------------------------------------------
 
-void FromInstantOrv(benchmark::State& state)
+void FromInstantOrv(benchmark::State& state, const OrvTimezone* tz)
 {
     const auto& samples = Samples();
-    const OrvTimezone* tz = Berlin();
     std::size_t i = 0;
     for (auto _ : state) {
         OrvDateTime d;
@@ -105,10 +117,9 @@ void FromInstantLocaltime(benchmark::State& state)
 // Local fields -> value
 // ---------------------------------------------------------------------------------
 
-void FromFieldsOrv(benchmark::State& state)
+void FromFieldsOrv(benchmark::State& state, const OrvTimezone* tz)
 {
     const auto& samples = Samples();
-    const OrvTimezone* tz = Berlin();
     std::size_t i = 0;
     for (auto _ : state) {
         const Sample& s = samples[i++ & (kCount - 1)];
@@ -140,10 +151,30 @@ void FromFieldsMktime(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
-BENCHMARK(FromInstantOrv)->Name("TzFromInstant:orv");
+// ---------------------------------------------------------------------------------
+// Next transition after an instant
+// ---------------------------------------------------------------------------------
+
+void NextTransitionOrv(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    const OrvTimezone* tz = Berlin();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        OrvTzdbTransition tr;
+        benchmark::DoNotOptimize(OrvTzdbTimezoneNextTransition(tz, samples[i++ & (kCount - 1)].instant, &tr));
+        benchmark::DoNotOptimize(tr.instant);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+BENCHMARK_CAPTURE(FromInstantOrv, shared, Berlin())->Name("TzFromInstant:orv");
+BENCHMARK_CAPTURE(FromInstantOrv, counted, CountedBerlin())->Name("TzFromInstant:orv-counted");
 BENCHMARK(FromInstantLocaltime)->Name("TzFromInstant:localtime_r");
-BENCHMARK(FromFieldsOrv)->Name("TzFromFields:orv");
+BENCHMARK_CAPTURE(FromFieldsOrv, shared, Berlin())->Name("TzFromFields:orv");
+BENCHMARK_CAPTURE(FromFieldsOrv, counted, CountedBerlin())->Name("TzFromFields:orv-counted");
 BENCHMARK(FromFieldsMktime)->Name("TzFromFields:mktime");
+BENCHMARK(NextTransitionOrv)->Name("TzNextTransition:orv");
 
 #if ORV_BENCH_HAVE_CCTZ
 const cctz::time_zone& CctzBerlin()
@@ -183,8 +214,77 @@ void FromFieldsCctz(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
+void NextTransitionCctz(benchmark::State& state)
+{
+    using namespace std::chrono;
+    const auto& samples = Samples();
+    const cctz::time_zone& tz = CctzBerlin();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const cctz::time_point<seconds> t{seconds{samples[i++ & (kCount - 1)].instant / kNs}};
+        cctz::time_zone::civil_transition tr;
+        benchmark::DoNotOptimize(tz.next_transition(t, &tr));
+        benchmark::DoNotOptimize(tr.to);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
 BENCHMARK(FromInstantCctz)->Name("TzFromInstant:cctz");
 BENCHMARK(FromFieldsCctz)->Name("TzFromFields:cctz");
+BENCHMARK(NextTransitionCctz)->Name("TzNextTransition:cctz");
+#endif
+
+#if ORV_BENCH_HAVE_ABSL
+const absl::TimeZone& AbslBerlin()
+{
+    static const absl::TimeZone tz = [] {
+        absl::TimeZone z;
+        if (!absl::LoadTimeZone(kZone, &z)) std::fprintf(stderr, "Abseil cannot load %s\n", kZone);
+        return z;
+    }();
+    return tz;
+}
+
+void FromInstantAbsl(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    const absl::TimeZone& tz = AbslBerlin();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const absl::Time t = absl::FromUnixSeconds(samples[i++ & (kCount - 1)].instant / kNs);
+        benchmark::DoNotOptimize(absl::ToCivilSecond(t, tz));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void FromFieldsAbsl(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    const absl::TimeZone& tz = AbslBerlin();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const Sample& s = samples[i++ & (kCount - 1)];
+        benchmark::DoNotOptimize(absl::FromCivil(absl::CivilSecond(s.year, s.month, s.day, s.hour, s.min, s.sec), tz));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void NextTransitionAbsl(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    const absl::TimeZone& tz = AbslBerlin();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        absl::TimeZone::CivilTransition tr;
+        benchmark::DoNotOptimize(tz.NextTransition(absl::FromUnixSeconds(samples[i++ & (kCount - 1)].instant / kNs), &tr));
+        benchmark::DoNotOptimize(tr.to);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+BENCHMARK(FromInstantAbsl)->Name("TzFromInstant:absl");
+BENCHMARK(FromFieldsAbsl)->Name("TzFromFields:absl");
+BENCHMARK(NextTransitionAbsl)->Name("TzNextTransition:absl");
 #endif
 
 #if ORV_BENCH_HAVE_ICU

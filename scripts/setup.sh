@@ -8,7 +8,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev  # tests and benchmarks
     libclang-rt-14-dev                        # sanitizer and fuzzer runtimes for clang
     tzdata                                    # the system time-zone database
-    libcctz-dev libicu-dev                    # peers in the zone benchmark
+    libcctz-dev libabsl-dev libicu-dev        # peers in the zone benchmark
 )
 
 missing=()

@@ -142,6 +142,18 @@ std::uint32_t FindByLocal(const TzdbZone* z, OrvTime local)
     return FindLast(z->localIndex[b], z->localIndex[b + 1], local, [ls](std::uint32_t i) { return ls[i]; });
 }
 
+// Seconds since 1970-01-01T00:00 of a local reading; in-range months of the years the
+// date-time module asks about take the short way.
+std::int64_t LocalSeconds(OrvInt year, OrvInt month, OrvInt day, OrvInt hour, OrvInt minute, OrvInt second)
+{
+    if (static_cast<std::uint32_t>(month) - 1 < 12 && year >= -cal::kFastYearLimit && year <= cal::kFastYearLimit) {
+        const std::int64_t days = cal::DaysFromCivilFast(year, month) + (std::int64_t{day} - 1);
+        return days * cal::kSecondsPerDay + std::int64_t{hour} * cal::kSecondsPerHour +
+               std::int64_t{minute} * cal::kSecondsPerMinute + second;
+    }
+    return cal::LocalSecondsFromFields(year, month, day, hour, minute, second);
+}
+
 // The local reading as nanoseconds since 1970-01-01T00:00 local (saturated at the
 // ends of the 64-bit range); false when its second lies outside the instant range,
 // where the table does not reach.
@@ -177,7 +189,7 @@ OrvTime TzdbGetOffsetFromFields(OrvTimezoneImpl* impl, OrvInt year, OrvInt month
                                 OrvInt minute, OrvInt second, OrvTime nanosecs)
 {
     const auto* z = reinterpret_cast<const TzdbZone*>(impl);
-    const std::int64_t secs = cal::LocalSecondsFromFields(year, month, day, hour, minute, second);
+    const std::int64_t secs = LocalSeconds(year, month, day, hour, minute, second);
     OrvTime local = 0;
     if (!LocalReading(secs, nanosecs, &local)) return OrvTime{FarReading(z, secs).offsetBefore} * kNsPerSecond;
     const std::uint32_t i = FindByLocal(z, local);
