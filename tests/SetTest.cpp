@@ -175,7 +175,9 @@ TEST_F(SetShapes, ShapesAfterRemoval)
 
 // --- copy ------------------------------------------------------------------------------
 
-TEST_F(SetShapes, CopyKeepsShapeAndHeightsAllocatingInPreOrder)
+// A copy keeps shape and heights, allocating in pre-order; with the k-th element copy
+// failing NodeCopy gives null, everything it took released, the source untouched.
+TEST_F(SetShapes, CopyKeepsShapeAllocatingInPreOrderAndFailsCleanly)
 {
     CountingAllocator a;
     IntSetRecord s;
@@ -191,16 +193,7 @@ TEST_F(SetShapes, CopyKeepsShapeAndHeightsAllocatingInPreOrder)
     EXPECT_EQ(copy.size, 9u);
     EXPECT_EQ(copy.alloc, a.get());
     IS::Destruct(&copy);
-    IS::Destruct(&s);
-}
 
-// NodeCopy with the k-th element copy failing: null, everything taken released, the
-// source untouched.
-TEST_F(SetShapes, NodeCopyWithFailingElementCopy)
-{
-    CountingAllocator a;
-    IntSetRecord s;
-    Build(&s, a.get(), {5, 2, 8, 1, 4, 7, 9, 3, 6});
     const std::string shape = Shape(&s);
     IntNode* root = nullptr;
     for (long k = 1; k <= 9; ++k) {
@@ -375,64 +368,62 @@ TEST_F(DateTimeSet, OneZoneReferencePerElement)
 
 // --- set operations ------------------------------------------------------------------------
 
-TEST_F(DateTimeSet, EmptySet)
-{
-    OrvSet_OrvDateTime s;
-    OrvSet_OrvDateTimeConstruct(&s, OrvAllocatorGetDefault());
-    OrvSet_OrvDateTimeIterator end = OrvSet_OrvDateTimeEnd(&s);
-    EXPECT_EQ(end, &s.end);
-    EXPECT_EQ(OrvSet_OrvDateTimeBegin(&s), end);
-    EXPECT_EQ(OrvSet_OrvDateTimeFront(&s), nullptr);
-    EXPECT_EQ(OrvSet_OrvDateTimeBack(&s), nullptr);
-    EXPECT_EQ(OrvSet_OrvDateTimeFind(&s, key(1)), end);
-    const auto range = OrvSet_OrvDateTimeEqualRange(&s, key(1));
-    EXPECT_EQ(range.first, end);
-    EXPECT_EQ(range.second, end);
-    EXPECT_TRUE(OrvSet_OrvDateTimeEmpty(&s));
-    EXPECT_EQ(OrvSet_OrvDateTimeMaxSize(&s), 18446744073709551615u);
-    EXPECT_EQ(OrvSet_OrvDateTimeGetNodeSize(&s), sizeof(OrvSet_OrvDateTime_Node));
-    OrvSet_OrvDateTimeDestruct(&s);
-}
-
+// Every search of an empty and a filled set against std::set; the node-level searches
+// give null for absence, the set's the end position.
 TEST_F(DateTimeSet, SearchesAndBoundsMatchStdSet)
 {
+    for (const std::set<int64_t>& model : {std::set<int64_t>{}, std::set<int64_t>{10, 20, 30, 40, 50}}) {
+        OrvSet_OrvDateTime s;
+        OrvSet_OrvDateTimeConstruct(&s, OrvAllocatorGetDefault());
+        for (int64_t k : model) ASSERT_TRUE(OrvSet_OrvDateTimeInsert(&s, key(k)).second);
+        auto keyOf = [&](OrvSet_OrvDateTimeConstIterator it) { return it == &s.end ? -1 : Sec(&it->value); };
+        auto modelKey = [&](std::set<int64_t>::const_iterator it) { return it == model.end() ? -1 : *it; };
+        for (int64_t probe = 5; probe <= 55; probe += 5) {
+            SCOPED_TRACE(probe);
+            const OrvDateTime* k = key(probe);
+            EXPECT_EQ(keyOf(OrvSet_OrvDateTimeLowerBound(&s, k)), modelKey(model.lower_bound(probe)));
+            EXPECT_EQ(keyOf(OrvSet_OrvDateTimeUpperBoundConst(&s, k)), modelKey(model.upper_bound(probe)));
+            EXPECT_EQ(keyOf(OrvSet_OrvDateTimeFindConst(&s, k)), modelKey(model.find(probe)));
+            EXPECT_EQ(keyOf(OrvSet_OrvDateTimeFind(&s, k)), modelKey(model.find(probe)));
+            EXPECT_EQ(OrvSet_OrvDateTimeCount(&s, k), model.count(probe));
+            const auto range = OrvSet_OrvDateTimeEqualRangeConst(&s, k);
+            const auto mutableRange = OrvSet_OrvDateTimeEqualRange(&s, k);
+            const bool present = model.count(probe) != 0;
+            EXPECT_EQ(keyOf(range.first), present ? probe : -1);
+            EXPECT_EQ(keyOf(range.second), present ? modelKey(model.upper_bound(probe)) : -1);
+            EXPECT_TRUE(mutableRange.first == range.first && mutableRange.second == range.second);
+        }
+        EXPECT_EQ(OrvSet_OrvDateTimeEmpty(&s), model.empty());
+        EXPECT_EQ(OrvSet_OrvDateTimeBegin(&s), model.empty() ? &s.end : OrvSet_OrvDateTime_NodeGetMinimum(&s.end));
+        const OrvDateTime* front = OrvSet_OrvDateTimeFront(&s);
+        const OrvDateTime* back = OrvSet_OrvDateTimeBack(&s);
+        EXPECT_EQ(front == nullptr ? -1 : Sec(front), model.empty() ? -1 : *model.begin());
+        EXPECT_EQ(back == nullptr ? -1 : Sec(back), model.empty() ? -1 : *model.rbegin());
+        OrvSet_OrvDateTimeDestruct(&s);
+    }
     OrvSet_OrvDateTime s;
     Fill(&s, OrvAllocatorGetDefault(), {10, 20, 30, 40, 50});
-    const std::set<int64_t> model = {10, 20, 30, 40, 50};
-    auto keyOf = [&](OrvSet_OrvDateTimeConstIterator it) { return it == &s.end ? -1 : Sec(&it->value); };
-    auto modelKey = [&](std::set<int64_t>::const_iterator it) { return it == model.end() ? -1 : *it; };
-    for (int64_t probe = 5; probe <= 55; probe += 5) {
-        SCOPED_TRACE(probe);
-        const OrvDateTime* k = key(probe);
-        EXPECT_EQ(keyOf(OrvSet_OrvDateTimeLowerBound(&s, k)), modelKey(model.lower_bound(probe)));
-        EXPECT_EQ(keyOf(OrvSet_OrvDateTimeUpperBoundConst(&s, k)), modelKey(model.upper_bound(probe)));
-        EXPECT_EQ(keyOf(OrvSet_OrvDateTimeFindConst(&s, k)), modelKey(model.find(probe)));
-        EXPECT_EQ(OrvSet_OrvDateTimeCount(&s, k), model.count(probe));
-        const auto range = OrvSet_OrvDateTimeEqualRangeConst(&s, k);
-        const bool present = model.count(probe) != 0;
-        EXPECT_EQ(keyOf(range.first), present ? probe : -1);
-        EXPECT_EQ(keyOf(range.second), present ? modelKey(model.upper_bound(probe)) : -1);
-    }
-    // Node level: absence is null, not the end position.
     EXPECT_EQ(OrvSet_OrvDateTime_NodeLowerBound(s.end.left, key(60)), nullptr);
     EXPECT_EQ(OrvSet_OrvDateTime_NodeUpperBound(s.end.left, key(50)), nullptr);
     const auto absent = OrvSet_OrvDateTime_NodeEqualRange(s.end.left, key(15));
     EXPECT_EQ(absent.first, nullptr);
     EXPECT_EQ(absent.second, nullptr);
-    const auto last = OrvSet_OrvDateTime_NodeEqualRange(s.end.left, key(50));
-    EXPECT_EQ(last.second, &s.end);
-    EXPECT_EQ(OrvSet_OrvDateTime_NodeGetMinimum(&s.end), OrvSet_OrvDateTimeBegin(&s));
-    EXPECT_EQ(Sec(OrvSet_OrvDateTimeFront(&s)), 10);
-    EXPECT_EQ(Sec(OrvSet_OrvDateTimeBack(&s)), 50);
+    EXPECT_EQ(OrvSet_OrvDateTime_NodeEqualRange(s.end.left, key(50)).second, &s.end);
+    EXPECT_EQ(OrvSet_OrvDateTimeMaxSize(&s), 18446744073709551615u);
+    EXPECT_EQ(OrvSet_OrvDateTimeGetNodeSize(&s), sizeof(OrvSet_OrvDateTime_Node));
     OrvSet_OrvDateTimeDestruct(&s);
 }
 
-TEST_F(DateTimeSet, AssignKeepsOwnAllocatorAndSelfAssignKeepsElements)
+// Assign copies into the target's own allocator (a set assigned to itself keeps its
+// elements); Swap on one allocator hands the trees over, iterators and all, allocating
+// nothing.
+TEST_F(DateTimeSet, AssignAndSwapKeepAllocators)
 {
     CountingAllocator a;
     CountingAllocator b;
     OrvSet_OrvDateTime x;
     OrvSet_OrvDateTime y;
+    OrvSet_OrvDateTime z;
     Fill(&x, a.get(), {1, 2, 3});
     Fill(&y, b.get(), {9});
     ASSERT_EQ(OrvSet_OrvDateTimeAssign(&y, &x), &y);
@@ -441,34 +432,18 @@ TEST_F(DateTimeSet, AssignKeepsOwnAllocatorAndSelfAssignKeepsElements)
     EXPECT_EQ(b.liveBlocks(), 3u);
     ASSERT_EQ(OrvSet_OrvDateTimeAssign(&x, &x), &x);
     EXPECT_EQ(Walk(&x), (std::vector<int64_t>{1, 2, 3}));
-    EXPECT_VALID(&x);
     EXPECT_EQ(a.liveBlocks(), 3u);
-    OrvSet_OrvDateTimeDestruct(&x);
-    OrvSet_OrvDateTimeDestruct(&y);
-    EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
-}
 
-TEST_F(DateTimeSet, SwapSharingAnAllocatorMovesTreesAndIterators)
-{
-    CountingAllocator a;
-    OrvSet_OrvDateTime x;
-    OrvSet_OrvDateTime y;
-    Fill(&x, a.get(), {1, 2, 3});
-    OrvSet_OrvDateTimeConstruct(&y, a.get());
+    OrvSet_OrvDateTimeConstruct(&z, a.get());
     OrvSet_OrvDateTimeIterator two = OrvSet_OrvDateTimeFind(&x, key(2));
     const std::size_t allocations = a.allocations();
-    EXPECT_TRUE(OrvSet_OrvDateTimeSwap(&x, &y));
+    EXPECT_TRUE(OrvSet_OrvDateTimeSwap(&x, &z));
     EXPECT_EQ(a.allocations(), allocations);
-    EXPECT_EQ(x.end.left, nullptr);
     EXPECT_EQ(OrvSet_OrvDateTimeSize(&x), 0u);
-    EXPECT_EQ(y.end.left->parent, &y.end);
-    EXPECT_EQ(y.end.left->pPtr, &y.end.left);
-    EXPECT_EQ(OrvSet_OrvDateTimeFind(&y, key(2)), two);
-    EXPECT_VALID(&x);
-    EXPECT_VALID(&y);
-    OrvSet_OrvDateTimeDestruct(&x);
-    OrvSet_OrvDateTimeDestruct(&y);
-    EXPECT_EQ(a.liveBlocks(), 0u);
+    EXPECT_EQ(OrvSet_OrvDateTimeFind(&z, key(2)), two);
+    for (const OrvSet_OrvDateTime* set : {&x, &y, &z}) EXPECT_VALID(set);
+    for (OrvSet_OrvDateTime* set : {&x, &y, &z}) OrvSet_OrvDateTimeDestruct(set);
+    EXPECT_EQ(a.liveBlocks() + b.liveBlocks(), 0u);
 }
 
 // --- iterators -------------------------------------------------------------------------------
@@ -497,18 +472,13 @@ TEST_F(DateTimeSet, IteratorsWalkBothWays)
     EXPECT_EQ(seen, ascending);
     EXPECT_EQ(it, OrvSet_OrvDateTimeBegin(&s));
 
-    // Reverse: the reverse begin holds the end position, the reverse end the begin.
-    seen.clear();
+    // Reverse (the full walk is in the C test): reading does not move it; one step back
+    // from the reverse end designates the least element.
     OrvSet_OrvDateTimeReverseIterator r = OrvSet_OrvDateTimeEnd(&s);
-    const OrvSet_OrvDateTimeReverseIterator rend = OrvSet_OrvDateTimeBegin(&s);
     EXPECT_EQ(Sec(OrvSet_OrvDateTimeReverseIteratorContentOf(&r)), 7);
-    EXPECT_EQ(r, OrvSet_OrvDateTimeEnd(&s)); // reading does not move it
-    while (!OrvSet_OrvDateTimeReverseIteratorEqual(&r, &rend)) {
-        seen.push_back(Sec(OrvSet_OrvDateTimeReverseIteratorContentOfConst(&r)));
-        OrvSet_OrvDateTimeReverseIteratorIncrement(&r);
-    }
-    EXPECT_EQ(seen, (std::vector<int64_t>{7, 6, 5, 4, 3, 2, 1}));
-    OrvSet_OrvDateTimeReverseIteratorDecrement(&r); // one step back from the reverse end
+    EXPECT_EQ(r, OrvSet_OrvDateTimeEnd(&s));
+    r = OrvSet_OrvDateTimeBegin(&s);
+    OrvSet_OrvDateTimeReverseIteratorDecrement(&r);
     EXPECT_EQ(Sec(OrvSet_OrvDateTimeReverseIteratorContentOf(&r)), 1);
 
     OrvSet_OrvDateTimeConstReverseIterator cr = OrvSet_OrvDateTimeEndConst(&s);
@@ -532,6 +502,16 @@ TEST_F(DateTimeSet, IteratorsWalkBothWays)
     EXPECT_EQ(e, OrvSet_OrvDateTimeBegin(&s));
     OrvSet_OrvDateTimeIteratorAssign(&a, &b);
     EXPECT_TRUE(OrvSet_OrvDateTimeIteratorEqual(&a, &b));
+
+    // The null iterator stays null when moved, and reads as null.
+    OrvSet_OrvDateTimeIteratorConstructExceptional(&a);
+    OrvSet_OrvDateTimeIteratorIncrement(&a);
+    OrvSet_OrvDateTimeReverseIteratorDecrement(&re);
+    OrvSet_OrvDateTimeConstReverseIterator cre = nullptr;
+    OrvSet_OrvDateTimeConstReverseIteratorIncrement(&cre);
+    EXPECT_TRUE(a == nullptr && re == nullptr && cre == nullptr);
+    EXPECT_EQ(OrvSet_OrvDateTimeIteratorContentOf(&a), nullptr);
+    EXPECT_EQ(OrvSet_OrvDateTimeConstReverseIteratorContentOfConst(&cre), nullptr);
     OrvSet_OrvDateTimeDestruct(&s);
 }
 
