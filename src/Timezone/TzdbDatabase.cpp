@@ -45,6 +45,8 @@ struct Source {
 constinit std::atomic<unsigned> gSequence{0};
 constinit std::atomic<int> gChoice{ORV_TZDBSOURCE_Automatic};
 constinit std::atomic<char> gFolder[ORV_TZDB_FOLDER_MAX + 1] = {};
+static_assert(std::atomic<unsigned>::is_always_lock_free && std::atomic<int>::is_always_lock_free &&
+              std::atomic<char>::is_always_lock_free); // no atomics library needed
 
 // Copies the explicit choice (and, for a folder, its path into folder).
 int ReadChoice(char* folder)
