@@ -5,9 +5,10 @@
  * Included by OrvDateTime.h; include either.
  *
  * Common rules of the readers in this header
- *  - A reader takes a pointer and a length. It never reads past the first zero byte
- *    nor past the length, so a zero-terminated text may be passed with any length at
- *    least its own; a zero byte inside the length is an unexpected character.
+ *  - A reader takes a pointer and a length. It reads neither past the length nor past
+ *    the first zero byte: a zero byte inside the length is an unexpected character (so
+ *    a zero-terminated text passed with too large a length is refused at its end, and
+ *    never read beyond it).
  *  - Every field must be in range as written: nothing is carried (30 February, hour
  *    24, minute or second 60 are refused with the field's position).
  *  - Text with a numeric offset denotes an instant read in a fixed zone of exactly that
