@@ -14,12 +14,6 @@
 #include <atomic>
 #include <cstring>
 
-namespace orv::tzdb {
-// From the database module; a build without it reports no version.
-const char* DatabaseVersion();
-__attribute__((weak)) const char* DatabaseVersion() { return ""; }
-} // namespace orv::tzdb
-
 using namespace orv::tzdb;
 
 namespace {
