@@ -16,7 +16,8 @@
  * values keep as fields) follow the zone's own rules: after the file's last
  * transition the footer rule, evaluated in the reading's own year (3000-01-01T00:00
  * in America/New_York is -05:00, 3000-07-01 -04:00); before its first transition the
- * file's first local time type (local mean time, for most zones).
+ * file's first local time type (local mean time, for most zones). A zone built from a
+ * rule alone follows the rule in every year.
  *
  * Besides offsets, each instant has a local time type's daylight-saving flag and
  * abbreviation ("CEST", "EST", "IST", "-03"), and the zone lists its transitions:
