@@ -7,9 +7,6 @@
 #
 #   cmake -DSOURCE_DIR=<source> -DWORK_DIR=<scratch> -DCMAKE_C_COMPILER=<cc>
 #         -DCMAKE_CXX_COMPILER=<c++> [-DKINDS=static;shared] -P RunConsumeTest.cmake
-#
-# With -DPREFIX=<prefix> -DKINDS=<static|shared> it builds only the consumers, against
-# a library already installed there (scripts/deb-test.sh: the DEB packages in /usr).
 cmake_minimum_required(VERSION 3.25)
 if(NOT KINDS)
     set(KINDS static shared)
@@ -37,22 +34,18 @@ function(expect_output what)
 endfunction()
 
 foreach(kind IN LISTS KINDS)
-    if(PREFIX)
-        set(prefix ${PREFIX})
-    else()
-        # The library, configured, built and installed like a user would.
-        set(prefix ${WORK_DIR}/prefix-${kind})
-        set(shared OFF)
-        if(kind STREQUAL "shared")
-            set(shared ON)
-        endif()
-        run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/lib-${kind} -DCMAKE_BUILD_TYPE=Release
-            -DBUILD_SHARED_LIBS=${shared} -DORV_BUILD_TESTS=OFF -DORV_BUILD_TOOLS=OFF -DORV_BUILD_EXAMPLES=OFF
-            -DCMAKE_C_COMPILER=${CMAKE_C_COMPILER} -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}
-            -DCMAKE_INSTALL_PREFIX=${prefix})
-        run(${CMAKE_COMMAND} --build ${WORK_DIR}/lib-${kind} --target orvcalendar --parallel 2)
-        run(${CMAKE_COMMAND} --install ${WORK_DIR}/lib-${kind})
+    # The library, configured, built and installed as a user would (the prefix given
+    # only at install time).
+    set(prefix ${WORK_DIR}/prefix-${kind})
+    set(shared OFF)
+    if(kind STREQUAL "shared")
+        set(shared ON)
     endif()
+    run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/lib-${kind} -DCMAKE_BUILD_TYPE=Release
+        -DBUILD_SHARED_LIBS=${shared} -DORV_BUILD_TESTS=OFF -DORV_BUILD_TOOLS=OFF -DORV_BUILD_EXAMPLES=OFF
+        -DCMAKE_C_COMPILER=${CMAKE_C_COMPILER} -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER})
+    run(${CMAKE_COMMAND} --build ${WORK_DIR}/lib-${kind} --target orvcalendar --parallel 2)
+    run(${CMAKE_COMMAND} --install ${WORK_DIR}/lib-${kind} --prefix ${prefix})
 
     # Where the install put the library (lib, lib64 or a multiarch folder).
     file(GLOB_RECURSE pc_files ${prefix}/lib*/orvcalendar.pc)
