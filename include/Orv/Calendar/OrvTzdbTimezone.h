@@ -89,8 +89,8 @@ ORV_API const char* OrvTzdbTimezoneGetId(const OrvTimezone* tz);
 
 /** The zone named zoneId, loaded once for the whole process and kept until it ends.
  *  Every call with the same id, from any thread, returns the same handle; the first
- *  call reads the database, so later changes to the files or to TZDIR do not reach
- *  it. The handle is uncounted (no count block, like the global UTC zone): values
+ *  call reads the database, so later changes to the files, to TZDIR or to the source
+ *  choice (OrvTzdbSetSource) do not reach it. The handle is uncounted (no count block, like the global UTC zone): values
  *  copy and drop it without any atomic operation. Never destruct it or assign into
  *  it. Its memory comes from the default allocator (OrvAllocatorGetDefault) and is
  *  never freed. Safe to call from many threads at once; the lookup takes no lock.
