@@ -12,8 +12,10 @@
 #include <stddef.h>
 #include <stdint.h>
 
-/* ORV_API marks a function exported from the library. The library is built with
- * hidden visibility, so only these names leave a shared build. */
+/* ORV_API marks a function or object exported from the library. The library is built
+ * with hidden visibility, so only these names leave a shared build. A shared build
+ * compiles the library with ORV_BUILDING_SHARED, and its users get ORV_USING_SHARED
+ * from the CMake package and the pkg-config file (on Windows: export and import). */
 #if defined(_WIN32)
 #  if defined(ORV_BUILDING_SHARED)
 #    define ORV_API __declspec(dllexport)
