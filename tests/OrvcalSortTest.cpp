@@ -37,6 +37,8 @@ TEST(OrvcalSort, OrdersAndDropsEqualInstants)
         {"byte-order mark, no final newline", {}, "\xEF\xBB\xBF" "20240102T000000Z\n20240101T000000Z",
          "20240101T000000Z\n20240102T000000Z\n"},
         {"empty input", {}, "", ""},
+        {"ISO 8601 lines, one with an offset written in UTC", {"--zone", "+02:00"},
+         "2024-05-01T11:30:00+02:00\n2024-05-01 09:30Z\n2024-01-01T00:00\n", "20240101T000000\n20240501T093000Z\n"},
         {"dates outside the instant range still sort", {}, "30000101T000000Z\n16000101T000000Z\n20240101T000000Z\n",
          "16000101T000000Z\n20240101T000000Z\n30000101T000000Z\n"},
     };

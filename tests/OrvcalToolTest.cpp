@@ -25,21 +25,26 @@ TEST(Orvcal, Results)
         std::vector<const char*> lines;
     };
     const Case cases[] = {
-        {{"add", "20230131T000000", "month", "1"}, "20230303T000000\n", {}},
-        {{"add", "20241231T235959Z", "second", "1"}, "20250101T000000Z\n", {}},
-        {{"add", "20240501T233000", "hour", "1", "--zone", "+05:30"}, "20240502T003000\n", {}},
-        {{"add", "20240301T000000", "week", "-1"}, "20240223T000000\n", {}},
-        {{"add", "20240301T000000", "--", "day", "-1"}, "20240229T000000\n", {}},
-        {{"convert", "20240501T093000Z", "--zone", "+05:30"}, "20240501T150000\n", {}},
-        {{"convert", "20240501T093000Z", "--zone=-04:00"}, "20240501T053000\n", {}},
-        {{"convert", "20240501T093000Z", "--zone", "utc"}, "20240501T093000Z\n", {}},
-        {{"convert", "20240501T093000", "--from", "+0530", "--zone", "UTC"}, "20240501T040000Z\n", {}},
-        {{"convert", "20240101T003000", "--from", "+01", "--zone", "-00:30"}, "20231231T230000\n", {}},
+        {{"add", "20230131T000000", "month", "1"}, "2023-01-31T00:00:00 -> 2023-03-03T00:00:00\n", {}},
+        {{"add", "20241231T235959Z", "second", "1"}, "2024-12-31T23:59:59Z -> 2025-01-01T00:00:00Z\n", {}},
+        {{"add", "2024-05-01T23:30", "hour", "1", "--zone", "+05:30"},
+         "2024-05-01T23:30:00+05:30 -> 2024-05-02T00:30:00+05:30\n", {}},
+        {{"add", "20240301T000000", "week", "-1", "--format", "%G-W%V-%u %j"}, "2024-W08-5 054\n", {}},
+        {{"add", "2024-03-01 00:00:00.5-03:00", "--", "day", "-1"},
+         "2024-03-01T00:00:00.5-03:00 -> 2024-02-29T00:00:00.5-03:00\n", {}},
+        {{"convert", "20240501T093000Z", "--zone", "+05:30"}, "2024-05-01T15:00:00+05:30\n", {}},
+        {{"convert", "2024-05-01T09:30:00+02:00", "--zone=-04:00"}, "2024-05-01T03:30:00-04:00\n", {}},
+        {{"convert", "20240501t093000z", "--zone", "utc", "--format", "%d %b %Y %T %Z"}, "01 May 2024 09:30:00 UTC\n", {}},
+        {{"convert", "20240501T093000", "--from", "+0530", "--zone", "UTC"}, "2024-05-01T04:00:00Z\n", {}},
+        {{"convert", "20240101T003000", "--from", "+01", "--zone", "-00:30"}, "2023-12-31T23:00:00-00:30\n", {}},
         {{"show", "20240501T093000Z"}, nullptr,
-         {"text           20240501T093000Z\n", "date           2024-05-01\n", "time           09:30:00.000000000\n",
+         {"text           2024-05-01T09:30:00Z\n", "date           2024-05-01\n", "time           09:30:00.000000000\n",
           "day of week    WE\n", "week of year   18 (of 2024)\n", "week of month  1\n", "day of year    122\n",
           "instant        1714555800000000000 ns", "offset         +00:00\n", "zone           UTC\n",
           "floating       no\n"}},
+        // Text that names its instant is shown as read in the zone given.
+        {{"show", "20240501T093000Z", "--zone", "+01:00", "--format", "%H:%M %z"}, nullptr,
+         {"text           2024-05-01T10:30:00+01:00\n", "formatted      10:30 +0100\n", "zone           +01:00\n"}},
         {{"show", "20240501T093000"}, nullptr,
          {"offset         none (floating)\n", "zone           none\n", "floating       yes\n",
           "instant        1714555800000000000 ns"}},
@@ -48,16 +53,19 @@ TEST(Orvcal, Results)
         {{"show", "00010101T000000Z"}, nullptr, {"date           0001-01-01\n", "instant        none"}},
         {{"week", "20241230T000000"}, nullptr,
          {"day of week    MO\n", "week of year   1 (of 2025)\n", "week of month  5\n", "day of year    365\n"}},
-        {{"week", "20270101T000000"}, nullptr, {"week of year   53 (of 2026)\n", "week of month  0\n"}},
+        {{"week", "2027-01-01T00:00"}, nullptr, {"week of year   53 (of 2026)\n", "week of month  0\n"}},
         {{"week", "20270101T000000", "--first", "su", "--min", "1"}, nullptr,
          {"week rule      weeks start on SU, week 1 has at least 1 day\n", "week of year   1 (of 2027)\n",
           "week of month  1\n"}},
         {{"show", "20240107T000000", "--min=7", "--first=SU"}, nullptr, {"week of year   1 (of 2024)\n"}},
+        {{"now", "--zone", "UTC", "--format", "%Z"}, "UTC\n", {}},
+        {{"now", "--zone", "-03:30"}, nullptr, {"-03:30\n"}},
         {{}, nullptr,
          {"Text form", "Zones, offsets and instants", "Fields and week numbers", "Additions", "Weekday codes",
           "20230303T000000\n"}},
         {{"--help"}, nullptr,
-         {"usage: orvcal", "  show ", "  convert ", "  add ", "  week ", "  sort ", "  zones ", "exit status:\n  0  "}},
+         {"usage: orvcal", "  show ", "  convert ", "  add ", "  week ", "  now ", "  sort ", "  zones ", "  transitions ",
+          "exit status:\n  0  "}},
     };
     for (const Case& c : cases) {
         const ToolRun r = Orvcal(c.args);
@@ -74,7 +82,7 @@ TEST(Orvcal, Results)
 
 TEST(Orvcal, EveryVerbHasHelp)
 {
-    for (const std::string verb : {"show", "convert", "add", "week", "sort", "zones"}) {
+    for (const std::string verb : {"show", "convert", "add", "week", "now", "sort", "zones", "transitions"}) {
         for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
                  {verb, "--help"}, {verb, "20240501T093000", "--bogus", "-h"}, {"help", verb}}) {
             const ToolRun r = Orvcal(args);
@@ -100,18 +108,21 @@ TEST(Orvcal, RefusesBadInputWithOneLine)
         {{"show", std::string(100, '9')}, {"TEXT '" + std::string(40, '9') + "...': ", "(got 100)"}},
         {{"show"}, {"missing TEXT"}},
         {{"show", "a", "b"}, {"unexpected argument 'b'"}},
-        {{"show", "2024-05-01"}, {"TEXT '2024-05-01'", "15 or 16 characters"}},
-        {{"show", "20240501t093000"}, {"TEXT '20240501t093000'", "upper-case T"}},
-        {{"show", "20240501T093000z"}, {"upper-case Z"}},
-        {{"show", "202x0501T093000"}, {"digits for the year"}},
-        {{"show", "20240230T000000"}, {"TEXT '20240230T000000'", "exist"}},
-        {{"show", "20240501T240000Z"}, {"hour 00-23"}},
+        {{"show", "20240501"}, {"TEXT '20240501'", "ends after character 8"}},
+        {{"show", "20240501X093000"}, {"upper-case T"}},
+        {{"show", "202x0501T093000"}, {"digits for the year", "'x' at character 4"}},
+        {{"show", "20240230T000000"}, {"TEXT '20240230T000000'", "exist", "'30' at character 7"}},
+        {{"show", "20240501T240000Z"}, {"hour 00-23", "'24' at character 10"}},
+        {{"show", "2024-05-01T09:30:00+02:00x"}, {"'x' at character 26 does not fit"}},
+        {{"show", "2024-05-01T09:30+24:00"}, {"offset up to 23:59:59", "character 17"}},
         {{"show", "20240501T093000", "--zone", "Mars"}, {"--zone 'Mars'", "+05:30"}},
         {{"show", "20240501T093000", "--zone", "+24:00"}, {"--zone '+24:00'"}},
         {{"show", "20240501T093000", "--zone", "+05:60"}, {"--zone '+05:60'"}},
         {{"show", "20240501T093000", "--zone"}, {"--zone needs a value"}},
         {{"show", "20240501T093000", "--zone", "UTC", "--zone", "UTC"}, {"--zone given twice"}},
-        {{"show", "20240501T093000Z", "--zone", "+01:00"}, {"--zone '+01:00'", "ends in Z"}},
+        {{"convert", "2024-05-01T09:30Z", "--from", "+01:00", "--zone", "UTC"}, {"--from '+01:00'", "names its instant"}},
+        {{"add", "20240501T093000", "day", "1", "--format", "%Y%Q"}, {"--format '%Y%Q'", "known conversions"}},
+        {{"transitions", "+05:30"}, {"ZONE '+05:30'", "never change"}},
         {{"show", "20240501T093000", "--bogus"}, {"unknown option '--bogus'", "--zone"}},
         {{"convert", "20240501T093000Z"}, {"missing --zone ZONE (expected UTC", "America/New_York"}},
         {{"convert", "00010101T000000Z", "--zone", "UTC"}, {"TEXT '00010101T000000Z'", "1677-09-21"}},
@@ -146,7 +157,8 @@ TEST(Orvcal, WriteFailures)
 {
     const std::vector<std::string> runs[] = {
         {}, {"--help"}, {"sort", "--help"}, {"show", "20240501T093000Z"}, {"convert", "20240501T093000Z", "--zone", "UTC"},
-        {"add", "20230131T000000", "month", "1"}, {"week", "20241230T000000"}, {"sort"}};
+        {"add", "20230131T000000", "month", "1"}, {"week", "20241230T000000"}, {"sort"}, {"now"},
+        {"zones", "--version"}};
     for (const std::vector<std::string>& args : runs) {
         const ToolRun full = orv::test::RunTool(ORVCAL_PATH, args, "20240101T000000Z\n", {}, Stdout::kDevFull);
         EXPECT_EQ(full.status, 3) << Join(args);

@@ -8,12 +8,14 @@ namespace orvcal {
 int RunShow(Invocation& inv);
 int RunConvert(Invocation& inv);
 int RunWeek(Invocation& inv);
+int RunNow(Invocation& inv);
 // VerbsArithmetic.cpp
 int RunAdd(Invocation& inv);
 // VerbsSort.cpp
 int RunSort(Invocation& inv);
 // VerbsZones.cpp
 int RunZones(Invocation& inv);
+int RunTransitions(Invocation& inv);
 
 namespace {
 
@@ -22,8 +24,11 @@ constexpr Command kCommands[] = {
     {"convert", "Writes the instant of a date-time as read in another zone.", RunConvert},
     {"add", "Adds an amount to one field of a date-time and writes the result.", RunAdd},
     {"week", "Shows the week numbers of a date under a week rule.", RunWeek},
+    {"now", "Writes the current date and time, in the system's own zone or another.", RunNow},
     {"sort", "Reads date-times one per line and writes them in order, without duplicates.", RunSort},
-    {"zones", "Lists the zone ids of the system's time-zone database, one per line.", RunZones},
+    {"zones", "Lists the zone ids of the system's time-zone database, one per line, or its version.", RunZones},
+    {"transitions", "Lists the clock changes of a zone in a span of time, with offsets and abbreviations.",
+     RunTransitions},
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 // Pieces the verbs share: the shared arguments and options, a held date-time value,
-// reading TEXT with an explanation of what is wrong with it (the one place that knows
-// why a text is refused), field names, whole numbers, week rules, and formatting.
+// reading TEXT in the compact form or ISO 8601 (the one place that puts the library's
+// reason for a refusal into words), writing values (ISO 8601 or --format), field
+// names, whole numbers and week rules.
 #ifndef ORVCAL_COMMON_H
 #define ORVCAL_COMMON_H
 
@@ -25,6 +26,7 @@ extern const OptionSpec kZoneOption;       // --zone ZONE
 extern const OptionSpec kFromOption;       // --from ZONE
 extern const OptionSpec kFirstOption;      // --first DAY
 extern const OptionSpec kMinOption;        // --min N
+extern const OptionSpec kFormatOption;     // --format PATTERN
 
 // A date-time value that is destructed with its holder once it has been built.
 class DateTime {
@@ -38,27 +40,51 @@ public:
     const OrvDateTime* get() const { return &d_; }
     // Call after a constructor succeeded on get().
     void Adopt() { held_ = true; }
+    // Destructs a value built before, so that get() can be built again.
+    void Reset();
 
 private:
     OrvDateTime d_{};
     bool held_ = false;
 };
 
-// Builds out from the text of argument `what` ("TEXT"), read in zone (floating when
-// zone holds none). A text ending in Z is UTC; combined with a zone the request is
-// ambiguous and refused, naming zoneOption. kOk, or the refusal's status.
-int ReadDateTime(Invocation& inv, std::string_view what, std::string_view text, const Zone& zone,
-                 std::string_view zoneOption, DateTime* out);
+// What a zone given on the command line does to a text that names its instant itself
+// (it ends in Z or carries an offset); a text without either is always read in the zone.
+enum class InstantText {
+    kReadInZone, // the instant is read in the zone (show, add: "that moment, there")
+    kRefuseZone, // the zone is refused: it says how to read a text that needs no help (--from)
+    kUtc,        // the instant is kept in UTC, whatever the zone (sort: its form has no offsets)
+};
 
-// Builds out from an input line: read in zone when it has no Z, as UTC when it ends in
-// Z. The line may be the start of a longer one whose length is `length`. kOk, or the
-// refusal's status (the refusal names "line N").
+// Builds out from the text of argument `what` ("TEXT"): the compact form first, then
+// ISO 8601. A text without Z or an offset is read in zone (floating when zone holds
+// none); one with either meets the zone as rule says, zoneOption naming the zone's
+// option in a refusal. A refusal names the reason and points at its character.
+// kOk, or the refusal's status.
+int ReadDateTime(Invocation& inv, std::string_view what, std::string_view text, const Zone& zone,
+                 std::string_view zoneOption, InstantText rule, DateTime* out);
+
+// Builds out from an input line as sort reads it (InstantText::kUtc). The line may be
+// the start of a longer one whose length is `length`. kOk, or the refusal's status (the
+// refusal names "line N").
 int ReadDateTimeLine(Invocation& inv, std::size_t lineNumber, std::string_view line, std::size_t length,
                      const Zone& zone, DateTime* out);
 
-// The text form of d ("20240501T093000Z"), without Z for a floating value, or nothing
-// when the string cannot grow.
+// The compact form of d ("20240501T093000Z"), without Z for a value outside the UTC
+// zone, floating or not, or nothing when the string cannot grow.
 std::optional<std::string> TextOf(const OrvDateTime* d);
+
+// The ISO 8601 form of d with its offset ("2024-05-01T09:30:00+02:00", Z in UTC, no
+// offset when floating), fraction digits only as needed, or nothing on failure.
+std::optional<std::string> IsoOf(const OrvDateTime* d, int fractionDigits = -1);
+
+// d as --format asks (the ISO 8601 form without the option) into *text. kOk, or the
+// refusal's status (an unknown conversion in the pattern) or kInternalError.
+int WriteDateTime(Invocation& inv, const OrvDateTime* d, std::string* text);
+
+// How show names d's zone: "none" when floating, "UTC", a database id, or the offset
+// of a fixed zone.
+std::string ZoneNameOf(const OrvDateTime* d);
 
 // An offset in nanoseconds as "+05:30", with seconds and nanoseconds only when
 // they are not 0.

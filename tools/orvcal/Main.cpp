@@ -26,7 +26,7 @@ std::string CommandList()
                     "Without arguments, a short tour of the library on built-in sample date-times.\n\nverbs:\n";
     for (const orvcal::Command& c : orvcal::AllCommands()) {
         std::string name = "  " + std::string(c.name);
-        name.resize(12, ' ');
+        name.resize(15, ' '); // wider than the longest verb
         s += name + c.summary + "\n";
     }
     s += "\nRun 'orvcal VERB --help' for a verb's arguments.\n\nexit status:\n";

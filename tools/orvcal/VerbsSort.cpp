@@ -153,8 +153,11 @@ int RunSort(Invocation& inv)
     const Usage usage{
         .positionals = {{"FILE", "file of date-times, one per line (default, or -: standard input)"}},
         .options = {{"--reverse", nullptr, "latest first"}, kZoneOption},
-        .notes = "Each line is TEXT (YYYYMMDDTHHMMSS, Z at the end for UTC); lines without Z are read in the "
-                 "--zone given, or are floating without one. Blank lines are ignored; a line may end in CRLF.\n"
+        .notes = "Each line is TEXT (YYYYMMDDTHHMMSS, Z at the end for UTC, or ISO 8601); lines without Z or an "
+                 "offset are read in the --zone given, or are floating without one. Blank lines are ignored; a line "
+                 "may end in CRLF.\n"
+                 "Lines are written in the compact form: a line with an offset as its instant in UTC; fractions of "
+                 "a second order the lines but are not written.\n"
                  "Values that denote the same instant are one: the first of them is written.\n"
                  "A bad line is reported with its number on stderr and skipped; the status is then 1.\n"
                  "Example: printf '20240501T093000Z\\n20240101T000000Z\\n' | orvcal sort",
