@@ -125,7 +125,9 @@ TEST(FieldsToInstant, BothEndsOfTheRange)
         {{2262, 4, 11, 23, 47, 16, 854775808}, ORV_TIME_INVALID, true},
         {{2262, 4, 11, 23, 47, 17, 0}, ORV_TIME_INVALID, true},           // seconds test
         {{1677, 9, 21, 0, 12, 44, 0}, -9223372036000000000, false},
-        {{1677, 9, 21, 0, 12, 43, 999999999}, ORV_TIME_INVALID, true},    // seconds test, though it would fit
+        {{1677, 9, 21, 0, 12, 43, 999999999}, -9223372036000000001, false}, // the range's first second
+        {{1677, 9, 21, 0, 12, 43, 145224192}, INT64_MIN, false},          // a value built from INT64_MIN
+        {{1677, 9, 21, 0, 12, 43, 145224191}, ORV_TIME_INVALID, true},
         {{3000, 1, 1, 0, 0, 0, 0}, ORV_TIME_INVALID, true},
         {{1000, 1, 1, 0, 0, 0, 0}, ORV_TIME_INVALID, true},
     };

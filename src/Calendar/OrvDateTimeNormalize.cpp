@@ -64,10 +64,16 @@ OrvBool OrvDateTimeNormalizeFields(OrvDateTime* d)
 
 OrvBool OrvDateTimeSetWallFromFields(OrvDateTime* d)
 {
-    const OrvInt64 secs = LocalSecondsFromFields(d->year, d->month, d->monthDay, d->hour, d->min, d->sec);
+    // The day count out of line keeps this function's common path short.
+    const OrvInt64 secs = LocalSecondsFromDays(OrvDateTimeGetDaysSincePosixEpoch_(d), d->hour, d->min, d->sec);
+    // The instant is secs * 1e9 + nanosec - offset. In the first second of the instant
+    // range (floor second kMinInstantSecond - 1) secs * 1e9 alone lies below it, so a
+    // negative secs lends one second to the nanosecond part.
+    const OrvInt64 lent = secs < 0 ? 1 : 0;
     OrvInt64 adj = 0, wall = 0;
-    if (secs > kMaxInstantSecond || secs < kMinInstantSecond || __builtin_sub_overflow(OrvInt64{d->nanosec}, d->offset, &adj) ||
-        __builtin_add_overflow(secs * kNanosecondsPerSecond, adj, &wall)) {
+    if (secs > kMaxInstantSecond || secs < kMinInstantSecond - 1 ||
+        __builtin_sub_overflow(OrvInt64{d->nanosec} - lent * kNanosecondsPerSecond, d->offset, &adj) ||
+        __builtin_add_overflow((secs + lent) * kNanosecondsPerSecond, adj, &wall)) {
         OrvLogDoFormatted_(ORV_LOGLEVEL_INFO, OrvLogCalendar_, kLogFile, __LINE__, "OrvDateTimeSetWallFromFields",
                            "Can't set wall time for time %d-%02d-%02d %02d:%02d:%02d.%09d with offset %lld: would wrap",
                            d->year, d->month, d->monthDay, d->hour, d->min, d->sec, d->nanosec,
