@@ -3,9 +3,15 @@
 // + OrvDateTimeDestruct beside strptime into a struct tm, and strptime followed by
 // timegm, which like the library also yields the instant). Samples are spread over
 // 1970-2100 so that no branch sees the same digits every time.
+//
+// ISO 8601 with nanoseconds and an offset, "2024-05-01T09:30:00.123456789+02:00",
+// beside a hand-written fixed-width writer (from the same fields) and reader (digits,
+// separators and ranges checked, to the instant) of exactly that form; and patterns,
+// "%Y-%m-%dT%H:%M:%S", beside strftime and strptime.
 #include "Orv/Calendar/OrvDateTime.h"
 #include "RatioReporter.h"
 
+#include <cstring>
 #include <ctime>
 #include <random>
 #include <string>
@@ -122,8 +128,249 @@ void ParseStrptimeTimegm(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
+// ---- ISO 8601 ------------------------------------------------------------------------
+
+constexpr OrvTime kIsoOffset = 2 * ORV_TIME_NANOSECONDS_PER_HOUR;
+constexpr std::size_t kIsoLength = 35; // 2024-05-01T09:30:00.123456789+02:00
+
+struct IsoSamples {
+    std::vector<OrvDateTime> values; // in the shared +02:00 zone
+    std::vector<std::string> texts;
+    std::vector<OrvTime> instants;
+};
+
+const IsoSamples& Iso()
+{
+    static const IsoSamples samples = [] {
+        IsoSamples s;
+        std::mt19937_64 rng(8601);
+        std::uniform_int_distribution<OrvTime> nanos(0, 4102444800LL * ORV_TIME_NANOSECONDS_PER_SECOND);
+        OrvString text;
+        OrvStringConstruct(&text, OrvAllocatorGetDefault());
+        s.values.resize(kCount);
+        for (std::size_t i = 0; i < kCount; ++i) {
+            const OrvTime t = nanos(rng) | 1; // a last fraction digit, so that all nine are written
+            OrvDateTimeConstruct(&s.values[i], t, OrvFixedTimezoneGetShared(kIsoOffset));
+            OrvDateTimeGetISO8601(&s.values[i], &text, -1);
+            s.texts.emplace_back(OrvStringCStr(&text));
+            s.instants.push_back(t);
+        }
+        OrvStringDestruct(&text);
+        return s;
+    }();
+    return samples;
+}
+
+// The peer writer: the same fields, the same form, fixed width, into a buffer.
+inline char* Put2(char* p, unsigned v)
+{
+    p[0] = static_cast<char>('0' + v / 10);
+    p[1] = static_cast<char>('0' + v % 10);
+    return p + 2;
+}
+
+void HandWrite(const OrvDateTime& d, char* out)
+{
+    char* p = Put2(out, static_cast<unsigned>(d.year / 100));
+    p = Put2(p, static_cast<unsigned>(d.year % 100));
+    *p++ = '-';
+    p = Put2(p, static_cast<unsigned>(d.month));
+    *p++ = '-';
+    p = Put2(p, static_cast<unsigned>(d.monthDay));
+    *p++ = 'T';
+    p = Put2(p, static_cast<unsigned>(d.hour));
+    *p++ = ':';
+    p = Put2(p, static_cast<unsigned>(d.min));
+    *p++ = ':';
+    p = Put2(p, static_cast<unsigned>(d.sec));
+    *p++ = '.';
+    unsigned ns = static_cast<unsigned>(d.nanosec);
+    for (int i = 8; i >= 0; --i, ns /= 10) p[i] = static_cast<char>('0' + ns % 10);
+    p += 9;
+    const OrvTime offsetMinutes = d.offset / ORV_TIME_NANOSECONDS_PER_MINUTE;
+    const OrvTime magnitude = offsetMinutes < 0 ? -offsetMinutes : offsetMinutes;
+    *p++ = offsetMinutes < 0 ? '-' : '+';
+    p = Put2(p, static_cast<unsigned>(magnitude / 60));
+    *p++ = ':';
+    p = Put2(p, static_cast<unsigned>(magnitude % 60));
+    *p = '\0';
+}
+
+// The peer reader: checks every digit and separator and the ranges, and gives the
+// instant (days from the civil date by the usual era arithmetic).
+bool HandRead(const char* s, std::size_t len, OrvTime* out)
+{
+    static constexpr char kShape[] = "dddd-dd-ddTdd:dd:dd.ddddddddd+dd:dd";
+    if (len != kIsoLength) return false;
+    for (std::size_t i = 0; i < kIsoLength; ++i) {
+        if (kShape[i] == 'd' ? static_cast<unsigned>(s[i] - '0') > 9 : (kShape[i] != s[i] && i != 29)) return false;
+    }
+    if (s[29] != '+' && s[29] != '-') return false;
+    auto num = [s](int at, int n) {
+        int v = 0;
+        for (int i = 0; i < n; ++i) v = v * 10 + (s[at + i] - '0');
+        return v;
+    };
+    const int y = num(0, 4), m = num(5, 2), d = num(8, 2), hh = num(11, 2), mm = num(14, 2), ss = num(17, 2);
+    const int oh = num(30, 2), om = num(33, 2);
+    static constexpr int kDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const bool leap = y % 4 == 0 && (y % 100 != 0 || y % 400 == 0);
+    if (m < 1 || m > 12 || d < 1 || d > kDays[m - 1] + (m == 2 && leap) || hh > 23 || mm > 59 || ss > 59 || oh > 23 ||
+        om > 59)
+        return false;
+    const int yy = y - (m <= 2);
+    const int era = yy / 400; // years 0..9999 here
+    const int yoe = yy - era * 400;
+    const int doy = (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;
+    const OrvTime days = OrvTime{era} * 146097 + yoe * 365 + yoe / 4 - yoe / 100 + doy - 719468;
+    const OrvTime offset = (s[29] == '-' ? -1 : 1) * (OrvTime{oh} * 60 + om) * 60;
+    *out = ((days * 86400 + hh * 3600 + mm * 60 + ss) - offset) * ORV_TIME_NANOSECONDS_PER_SECOND + num(20, 9);
+    return true;
+}
+
+void IsoWriteOrv(benchmark::State& state)
+{
+    const IsoSamples& samples = Iso();
+    OrvString s;
+    OrvStringConstruct(&s, OrvAllocatorGetDefault());
+    std::size_t i = 0;
+    for (auto _ : state) {
+        OrvDateTimeGetISO8601(&samples.values[i++ & (kCount - 1)], &s, 9);
+        benchmark::DoNotOptimize(s.buf);
+    }
+    if (samples.texts[(i - 1) & (kCount - 1)] != OrvStringCStr(&s)) state.SkipWithError("wrong text");
+    OrvStringDestruct(&s);
+    state.SetItemsProcessed(state.iterations());
+}
+
+void IsoWriteHand(benchmark::State& state)
+{
+    const IsoSamples& samples = Iso();
+    char buf[48];
+    std::size_t i = 0;
+    for (auto _ : state) {
+        HandWrite(samples.values[i++ & (kCount - 1)], buf);
+        benchmark::DoNotOptimize(buf);
+    }
+    if (samples.texts[(i - 1) & (kCount - 1)] != buf) state.SkipWithError("wrong text");
+    state.SetItemsProcessed(state.iterations());
+}
+
+void IsoReadOrv(benchmark::State& state)
+{
+    const IsoSamples& samples = Iso();
+    std::size_t i = 0;
+    OrvTime sum = 0;
+    for (auto _ : state) {
+        const std::string& text = samples.texts[i++ & (kCount - 1)];
+        OrvDateTime d;
+        if (OrvDateTimeConstructISO8601(&d, text.data(), text.size(), nullptr, nullptr) != nullptr) {
+            sum += d.wallTime;
+            OrvDateTimeDestruct(&d);
+        }
+    }
+    benchmark::DoNotOptimize(sum);
+    OrvDateTime check;
+    if (OrvDateTimeConstructISO8601(&check, samples.texts[0].data(), kIsoLength, nullptr, nullptr) == nullptr ||
+        check.wallTime != samples.instants[0] || check.offset != kIsoOffset)
+        state.SkipWithError("wrong instant");
+    else
+        OrvDateTimeDestruct(&check);
+    state.SetItemsProcessed(state.iterations());
+}
+
+void IsoReadHand(benchmark::State& state)
+{
+    const IsoSamples& samples = Iso();
+    std::size_t i = 0;
+    OrvTime sum = 0;
+    for (auto _ : state) {
+        const std::string& text = samples.texts[i++ & (kCount - 1)];
+        OrvTime t;
+        if (HandRead(text.data(), text.size(), &t)) sum += t;
+    }
+    benchmark::DoNotOptimize(sum);
+    OrvTime t = 0;
+    if (!HandRead(samples.texts[0].data(), kIsoLength, &t) || t != samples.instants[0]) state.SkipWithError("wrong instant");
+    state.SetItemsProcessed(state.iterations());
+}
+
+// ---- patterns ---------------------------------------------------------------------------
+
+constexpr const char* kPattern = "%Y-%m-%dT%H:%M:%S";
+
+void PatternFormatOrv(benchmark::State& state)
+{
+    const IsoSamples& samples = Iso();
+    OrvString s;
+    OrvStringConstruct(&s, OrvAllocatorGetDefault());
+    std::size_t i = 0;
+    for (auto _ : state) {
+        OrvDateTimeFormat(&samples.values[i++ & (kCount - 1)], kPattern, &s);
+        benchmark::DoNotOptimize(s.buf);
+    }
+    if (samples.texts[(i - 1) & (kCount - 1)].compare(0, 19, OrvStringCStr(&s)) != 0) state.SkipWithError("wrong text");
+    OrvStringDestruct(&s);
+    state.SetItemsProcessed(state.iterations());
+}
+
+void PatternFormatStrftime(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    char buf[32];
+    std::size_t i = 0;
+    for (auto _ : state) {
+        std::strftime(buf, sizeof buf, kPattern, &samples[i++ & (kCount - 1)].tm);
+        benchmark::DoNotOptimize(buf);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void PatternParseOrv(benchmark::State& state)
+{
+    const IsoSamples& samples = Iso();
+    std::size_t i = 0;
+    OrvTime sum = 0;
+    for (auto _ : state) {
+        OrvDateTime d;
+        if (OrvDateTimeConstructParse(&d, kPattern, samples.texts[i++ & (kCount - 1)].data(), 19, nullptr, nullptr) !=
+            nullptr) {
+            sum += d.wallTime;
+            OrvDateTimeDestruct(&d);
+        }
+    }
+    benchmark::DoNotOptimize(sum);
+    OrvDateTime check;
+    if (OrvDateTimeConstructParse(&check, kPattern, samples.texts[0].data(), 19, nullptr, nullptr) == nullptr ||
+        check.wallTime != samples.instants[0] + kIsoOffset - samples.values[0].nanosec)
+        state.SkipWithError("wrong instant");
+    else
+        OrvDateTimeDestruct(&check);
+    state.SetItemsProcessed(state.iterations());
+}
+
+void PatternParseStrptime(benchmark::State& state)
+{
+    const IsoSamples& samples = Iso();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        std::tm tm{};
+        benchmark::DoNotOptimize(strptime(samples.texts[i++ & (kCount - 1)].c_str(), kPattern, &tm));
+        benchmark::DoNotOptimize(tm);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
 } // namespace
 
+BENCHMARK(IsoWriteOrv)->Name("IsoWrite:orv");
+BENCHMARK(IsoWriteHand)->Name("IsoWrite:fixed-width");
+BENCHMARK(IsoReadOrv)->Name("IsoRead:orv");
+BENCHMARK(IsoReadHand)->Name("IsoRead:fixed-width");
+BENCHMARK(PatternFormatOrv)->Name("PatternFormat:orv");
+BENCHMARK(PatternFormatStrftime)->Name("PatternFormat:strftime");
+BENCHMARK(PatternParseOrv)->Name("PatternParse:orv");
+BENCHMARK(PatternParseStrptime)->Name("PatternParse:strptime");
 BENCHMARK(FormatOrv)->Name("Format:orv");
 BENCHMARK(FormatStrftime)->Name("Format:strftime");
 BENCHMARK(ParseOrv)->Name("Parse:orv");

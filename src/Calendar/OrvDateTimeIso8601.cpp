@@ -83,6 +83,7 @@ OrvTextStatus ParseIso(const char* text, OrvSizeT len, IsoText* out)
     Cursor c{text, len, 0};
     OrvTextStatus refusal = kAccepted;
     TextFields& f = out->fields;
+    f.secPos = f.nanosPos = 0;
     bool extended = false;
     if (!ReadYear(&c, out, &extended, &refusal)) return refusal;
     if (extended && !Expect(&c, '-', &refusal)) return refusal;
@@ -116,8 +117,9 @@ OrvTextStatus ParseIso(const char* text, OrvSizeT len, IsoText* out)
     return CheckFields(f);
 }
 
-// The one reader behind Construct and Set: parse, check, settle in scratch.
-OrvTextStatus ReadIso(const char* text, OrvSizeT len, Target local, OrvDateTime* scratch)
+// The one reader behind Construct and Set: parse, check, settle in scratch (the
+// caller's storage for Construct).
+OrvTextStatus ReadIso(const char* text, OrvSizeT len, const Target& local, OrvDateTime* scratch)
 {
     IsoText iso;
     OrvTextStatus s = ParseIso(text != nullptr ? text : "", text != nullptr ? len : 0, &iso);
@@ -154,26 +156,23 @@ OrvBool OrvDateTimeGetISO8601(const OrvDateTime* d, OrvString* str, OrvInt fract
         if (orv::detail::IsGlobalUtc(&d->tz)) *p++ = 'Z';
         else p = PutOffset(p, d->offset, true);
     }
-    *p = '\0';
-    return OrvStringAssignCStr(str, buf) != nullptr ? ORV_TRUE : ORV_FALSE;
+    return AssignText(str, buf, static_cast<OrvSizeT>(p - buf)) ? ORV_TRUE : ORV_FALSE;
 }
 
 OrvDateTime* OrvDateTimeConstructISO8601(OrvDateTime* d, const char* text, OrvSizeT len, const OrvTimezone* tz,
                                          OrvTextStatus* status)
 {
-    OrvDateTime scratch;
-    const Target local = tz != nullptr ? Target{tz, false} : Target{OrvFixedTimezoneGetUTC(), true};
-    const OrvTextStatus s = ReadIso(text, len, local, &scratch);
+    const OrvTextStatus s = ReadIso(text, len, LocalTarget(tz), d);
     Report(status, s);
     if (s.error != ORV_TEXTERROR_None) return nullptr;
-    CommitNew(d, scratch);
+    HoldZone(d);
     return d;
 }
 
 OrvBool OrvDateTimeSetISO8601(OrvDateTime* d, const char* text, OrvSizeT len, OrvTextStatus* status)
 {
     OrvDateTime scratch;
-    const OrvTextStatus s = ReadIso(text, len, {&d->tz, d->floating != ORV_FALSE}, &scratch);
+    const OrvTextStatus s = ReadIso(text, len, OwnTarget(d), &scratch);
     Report(status, s);
     if (s.error != ORV_TEXTERROR_None) return ORV_FALSE;
     CommitExisting(d, scratch);

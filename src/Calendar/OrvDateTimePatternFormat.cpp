@@ -120,10 +120,7 @@ public:
     // Replaces str's content with the output.
     bool Finish(OrvString* str)
     {
-        if (!spilled_) {
-            buf_[used_] = '\0';
-            return OrvStringAssignCStr(str, buf_) != nullptr;
-        }
+        if (!spilled_) return AssignText(str, buf_, used_);
         if (!Flush()) return false;
         OrvString old = *str;
         *str = spill_;

@@ -26,6 +26,9 @@ constexpr int Lower(int c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c; 
 constexpr bool IsLetter(int c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
 struct Parser {
+    // seen[q] is written before its bit in `have` is set, and read only after.
+    explicit Parser(Cursor cursor) : c(cursor) {}
+
     Cursor c;
     struct Seen {
         OrvInt64 value;
@@ -192,7 +195,16 @@ struct Parser {
 
 bool Parser::Parse(const char* pattern)
 {
-    for (const char* p = pattern; *p != '\0';) {
+    // A composite conversion (%F, %T, %D, %R) is read as its own pattern, then the
+    // pattern goes on after it.
+    const char* resume = nullptr;
+    for (const char* p = pattern;;) {
+        if (*p == '\0') {
+            if (resume == nullptr) break;
+            p = resume;
+            resume = nullptr;
+            continue;
+        }
         if (*p != '%') {
             if (!c.Take(static_cast<unsigned char>(*p))) return Unexpected();
             ++p;
@@ -216,6 +228,9 @@ bool Parser::Parse(const char* pattern)
         case 'S': ok = Number(2, 0, 59, Quantity::Second); break;
         case 'j': ok = Number(3, 1, 366, Quantity::DayOfYear); break;
         case 'w': ok = Number(1, 0, 6, Quantity::Weekday); break;
+        case 'U': ok = Number(2, 0, 53, Quantity::WeekU); break;
+        case 'W': ok = Number(2, 0, 53, Quantity::WeekW); break;
+        case 'V': ok = Number(2, 1, 53, Quantity::WeekV); break;
         case 'u': {
             const OrvSizeT pos = c.pos;
             OrvInt64 v = 0;
@@ -223,9 +238,6 @@ bool Parser::Parse(const char* pattern)
                  (v >= 1 && v <= 7 ? Record(Quantity::Weekday, v % 7, pos) : Fail(ORV_TEXTERROR_FieldRange, pos));
             break;
         }
-        case 'U': ok = Number(2, 0, 53, Quantity::WeekU); break;
-        case 'W': ok = Number(2, 0, 53, Quantity::WeekW); break;
-        case 'V': ok = Number(2, 1, 53, Quantity::WeekV); break;
         case 'a':
         case 'A': ok = Name(orv::pattern::kDayNames, 7, conv == 'a', Quantity::Weekday, 0); break;
         case 'b':
@@ -236,10 +248,13 @@ bool Parser::Parse(const char* pattern)
             ok = Name(kHalves, 2, false, Quantity::Pm, 0);
             break;
         }
-        case 'F': ok = Parse("%Y-%m-%d"); break;
-        case 'T': ok = Parse("%H:%M:%S"); break;
-        case 'D': ok = Parse("%m/%d/%y"); break;
-        case 'R': ok = Parse("%H:%M"); break;
+        case 'F':
+        case 'T':
+        case 'D':
+        case 'R':
+            resume = p + 2;
+            p = conv == 'F' ? "%Y-%m-%d" : conv == 'T' ? "%H:%M:%S" : conv == 'D' ? "%m/%d/%y" : "%H:%M";
+            continue;
         case 'z': ok = Offset(); break;
         case 'Z': ok = ZoneName(); break;
         case 's': ok = Epoch(); break;
@@ -265,14 +280,17 @@ bool Parser::Parse(const char* pattern)
     return true;
 }
 
+constexpr OrvUint32 Bit(Quantity q) { return OrvUint32{1} << static_cast<int>(q); }
+
 // The reading the deciding quantities give; what the pattern leaves out is
-// 1970-01-01 00:00:00. Marks the quantities used in *used.
-OrvTextStatus Reading(const Parser& ps, TextFields* f, bool* used)
+// 1970-01-01 00:00:00. Adds the quantities used to *used.
+OrvTextStatus Reading(const Parser& ps, TextFields* f, OrvUint32* used)
 {
     auto use = [&](Quantity q) {
-        used[static_cast<int>(q)] = true;
+        *used |= Bit(q);
         return ps.Get(q);
     };
+    f->monthPos = f->dayPos = f->hourPos = f->minPos = f->secPos = f->nanosPos = 0;
     if (ps.Has(Quantity::Year)) {
         f->year = static_cast<OrvInt>(use(Quantity::Year).value);
     } else if (ps.Has(Quantity::Century) || ps.Has(Quantity::Year2)) {
@@ -312,19 +330,23 @@ OrvTextStatus Reading(const Parser& ps, TextFields* f, bool* used)
     return CheckFields(*f);
 }
 
-OrvTextStatus ReadPattern(const char* pattern, const char* text, OrvSizeT len, Target local, OrvDateTime* scratch)
+OrvTextStatus ReadPattern(const char* pattern, const char* text, OrvSizeT len, const Target& local, OrvDateTime* scratch)
 {
-    if (pattern == nullptr) return Refuse(ORV_TEXTERROR_Conversion, 0);
-    Parser ps{Cursor{text != nullptr ? text : "", text != nullptr ? len : 0, 0}, {}, 0, {}, false, kAccepted};
-    if (!ps.Parse(pattern)) return ps.refusal;
-    if (ps.c.Peek() != -1) return Refuse(ORV_TEXTERROR_Character, ps.c.pos);
+    if (pattern == nullptr) [[unlikely]]
+        return Refuse(ORV_TEXTERROR_Conversion, 0);
+    Parser ps(Cursor{text != nullptr ? text : "", text != nullptr ? len : 0, 0});
+    if (!ps.Parse(pattern)) [[unlikely]]
+        return ps.refusal;
+    if (ps.c.Peek() != -1) [[unlikely]]
+        return Refuse(ORV_TEXTERROR_Character, ps.c.pos);
 
     OrvTextStatus s = kAccepted;
     Target target;
-    if (!ResolveZone(ps.haveZone ? ps.zone : TextZone{}, local, &target, &s)) return s;
-    bool used[kQuantities] = {};
-    if (ps.Has(Quantity::Epoch)) {
-        used[static_cast<int>(Quantity::Epoch)] = true;
+    if (!ResolveZone(ps.haveZone ? ps.zone : TextZone{}, local, &target, &s)) [[unlikely]]
+        return s;
+    OrvUint32 used = 0;
+    if (ps.Has(Quantity::Epoch)) [[unlikely]] {
+        used = Bit(Quantity::Epoch);
         const auto& epoch = ps.Get(Quantity::Epoch);
         switch (SettleInstant(scratch, epoch.value * ORV_TIME_NANOSECONDS_PER_SECOND, target)) {
         case ORV_TEXTERROR_None: break;
@@ -333,8 +355,9 @@ OrvTextStatus ReadPattern(const char* pattern, const char* text, OrvSizeT len, T
         }
     } else {
         TextFields f;
-        s = Reading(ps, &f, used);
-        if (s.error != ORV_TEXTERROR_None) return s;
+        s = Reading(ps, &f, &used);
+        if (s.error != ORV_TEXTERROR_None) [[unlikely]]
+            return s;
         switch (Settle(scratch, f, target)) {
         case ORV_TEXTERROR_None: break;
         case ORV_TEXTERROR_Skipped: return Refuse(ORV_TEXTERROR_Skipped, f.hourPos);
@@ -343,9 +366,9 @@ OrvTextStatus ReadPattern(const char* pattern, const char* text, OrvSizeT len, T
     }
     // Every other quantity read must be what the value gives; the first in the text
     // that is not is reported.
-    for (int i = 0; i < kQuantities; ++i) {
-        const auto q = static_cast<Quantity>(i);
-        if (!ps.Has(q) || used[i] || orv::pattern::QuantityOf(q, scratch) == ps.Get(q).value) continue;
+    for (OrvUint32 rest = ps.have & ~used; rest != 0; rest &= rest - 1) {
+        const auto q = static_cast<Quantity>(__builtin_ctz(rest));
+        if (orv::pattern::QuantityOf(q, scratch) == ps.Get(q).value) continue;
         if (s.error == ORV_TEXTERROR_None || ps.Get(q).pos < s.position) s = Refuse(ORV_TEXTERROR_Conflict, ps.Get(q).pos);
     }
     return s;
@@ -356,11 +379,9 @@ OrvTextStatus ReadPattern(const char* pattern, const char* text, OrvSizeT len, T
 OrvDateTime* OrvDateTimeConstructParse(OrvDateTime* d, const char* pattern, const char* text, OrvSizeT len,
                                        const OrvTimezone* tz, OrvTextStatus* status)
 {
-    OrvDateTime scratch;
-    const Target local = tz != nullptr ? Target{tz, false} : Target{OrvFixedTimezoneGetUTC(), true};
-    const OrvTextStatus s = ReadPattern(pattern, text, len, local, &scratch);
+    const OrvTextStatus s = ReadPattern(pattern, text, len, LocalTarget(tz), d);
     Report(status, s);
     if (s.error != ORV_TEXTERROR_None) return nullptr;
-    CommitNew(d, scratch);
+    HoldZone(d);
     return d;
 }

@@ -20,27 +20,7 @@
 
 namespace orv::text {
 
-OrvTextStatus CheckFields(const TextFields& f)
-{
-    if (f.month < 1 || f.month > 12) return Refuse(ORV_TEXTERROR_FieldRange, f.monthPos);
-    if (f.day < 1 || f.day > cal::monthLengths[cal::IsLeap(f.year)][f.month - 1])
-        return Refuse(ORV_TEXTERROR_FieldRange, f.dayPos);
-    if (f.hour < 0 || f.hour > 23) return Refuse(ORV_TEXTERROR_FieldRange, f.hourPos);
-    if (f.min < 0 || f.min > 59) return Refuse(ORV_TEXTERROR_FieldRange, f.minPos);
-    if (f.sec < 0 || f.sec > 59) return Refuse(ORV_TEXTERROR_FieldRange, f.secPos);
-    if (f.nanos < 0 || f.nanos >= cal::kNanosecondsPerSecond) return Refuse(ORV_TEXTERROR_FieldRange, f.nanosPos);
-    return kAccepted;
-}
-
 namespace {
-
-void Alias(OrvDateTime* scratch, Target t)
-{
-    scratch->tz = *t.zone; // no reference: the scratch value is never destructed
-    scratch->floating = t.floating ? ORV_TRUE : ORV_FALSE;
-    scratch->firstDayOfWeek = ORV_WEEKDAY_Monday;
-    scratch->minimalDaysInFirstWeek = 4;
-}
 
 void CopyReading(OrvDateTime* d, const OrvDateTime& s)
 {
@@ -59,7 +39,7 @@ void CopyReading(OrvDateTime* d, const OrvDateTime& s)
 
 } // namespace
 
-OrvTextError Settle(OrvDateTime* scratch, const TextFields& f, Target t)
+OrvTextError SettleInZone(OrvDateTime* scratch, TextFields f, const Target& t)
 {
     Alias(scratch, t);
     scratch->nanosec = f.nanos;
@@ -80,7 +60,7 @@ OrvTextError Settle(OrvDateTime* scratch, const TextFields& f, Target t)
     return unchanged ? ORV_TEXTERROR_None : ORV_TEXTERROR_Skipped;
 }
 
-OrvTextError SettleInstant(OrvDateTime* scratch, OrvTime t, Target target)
+OrvTextError SettleInstant(OrvDateTime* scratch, OrvTime t, const Target& target)
 {
     Alias(scratch, target);
     const OrvTime offset = t == ORV_TIME_INVALID ? ORV_TIME_INVALID : OrvTimezoneGetOffsetInline(&scratch->tz, t);
@@ -93,33 +73,24 @@ OrvTextError SettleInstant(OrvDateTime* scratch, OrvTime t, Target target)
     return ORV_TEXTERROR_None;
 }
 
-void CommitNew(OrvDateTime* d, const OrvDateTime& scratch)
-{
-    OrvTimezoneConstructCopy(&d->tz, &scratch.tz);
-    CopyReading(d, scratch);
-    d->firstDayOfWeek = ORV_WEEKDAY_Monday;
-    d->minimalDaysInFirstWeek = 4;
-}
-
 void CommitExisting(OrvDateTime* d, const OrvDateTime& scratch)
 {
     OrvTimezoneAssign(&d->tz, &scratch.tz);
     CopyReading(d, scratch);
 }
 
-bool ResolveZone(const TextZone& z, Target local, Target* out, OrvTextStatus* refusal)
+bool ResolveNamedZone(const TextZone& z, Target* out, OrvTextStatus* refusal)
 {
-    switch (z.kind) {
-    case ZoneKind::Local: *out = local; return true;
-    case ZoneKind::Utc: *out = {OrvFixedTimezoneGetUTC(), false}; return true;
-    case ZoneKind::Offset: break;
+    if (z.kind == ZoneKind::Utc) {
+        *out = {OrvFixedTimezoneGetUTC(), 0, false};
+        return true;
     }
     const OrvTimezone* shared = detail::SharedFixedZone(z.offset);
     if (shared == nullptr) {
         *refusal = Refuse(ORV_TEXTERROR_Allocation, z.pos);
         return false;
     }
-    *out = {shared, false};
+    *out = {shared, z.offset, false};
     return true;
 }
 
@@ -174,15 +145,19 @@ char* PutInt(char* p, OrvInt64 v, int minDigits)
 char* PutFraction(char* p, OrvInt nanos, int digits)
 {
     if (digits == 0 || (digits < 0 && nanos == 0)) return p;
-    auto v = static_cast<unsigned>(nanos);
-    if (digits < 0) {
-        digits = 9;
-        for (unsigned rest = v; rest % 10 == 0; rest /= 10) --digits;
-    }
     char nine[9];
-    for (int i = 8; i >= 0; --i) {
-        nine[i] = static_cast<char>('0' + v % 10);
-        v /= 10;
+    auto v = static_cast<unsigned>(nanos);
+    nine[0] = static_cast<char>('0' + v / 100000000);
+    v %= 100000000;
+    Put2(nine + 1, v / 1000000);
+    v %= 1000000;
+    Put2(nine + 3, v / 10000);
+    v %= 10000;
+    Put2(nine + 5, v / 100);
+    Put2(nine + 7, v % 100);
+    if (digits < 0) { // the fewest exact digits: nanos is not 0, so one digit at least stays
+        digits = 9;
+        while (nine[digits - 1] == '0') --digits;
     }
     *p++ = '.';
     std::memcpy(p, nine, static_cast<std::size_t>(digits));
@@ -247,11 +222,12 @@ bool CompactField(const char* text, OrvSizeT pos, OrvSizeT width, OrvInt* val, O
 
 // The one checker of the compact form: shape, fields left to right, ranges, then the
 // reading settled in its zone (the global UTC zone for a Z, else local) in scratch.
-OrvTextStatus CompactRead(const char* text, OrvSizeT len, Target local, OrvDateTime* scratch)
+OrvTextStatus CompactRead(const char* text, OrvSizeT len, const Target& local, OrvDateTime* scratch)
 {
     if (len != kLocalLength && len != kUtcLength)
         return Refuse(ORV_TEXTERROR_Length, len < kUtcLength ? len : kUtcLength);
     TextFields f;
+    f.nanosPos = 0;
     f.monthPos = 4;
     f.dayPos = 6;
     f.hourPos = 9;
@@ -269,7 +245,7 @@ OrvTextStatus CompactRead(const char* text, OrvSizeT len, Target local, OrvDateT
     if (utc && text[kZPos] != 'Z') return Refuse(ORV_TEXTERROR_Character, kZPos);
     refusal = CheckFields(f);
     if (refusal.error != ORV_TEXTERROR_None) return refusal;
-    const Target target = utc ? Target{OrvFixedTimezoneGetUTC(), false} : local;
+    const Target target = utc ? Target{OrvFixedTimezoneGetUTC(), 0, false} : local;
     switch (Settle(scratch, f, target)) {
     case ORV_TEXTERROR_None: return kAccepted;
     case ORV_TEXTERROR_Skipped: return Refuse(ORV_TEXTERROR_Skipped, f.hourPos);
@@ -277,16 +253,10 @@ OrvTextStatus CompactRead(const char* text, OrvSizeT len, Target local, OrvDateT
     }
 }
 
-Target LocalTarget(const OrvTimezone* tz)
-{
-    return tz != nullptr ? Target{tz, false} : Target{OrvFixedTimezoneGetUTC(), true};
-}
-
 OrvDateTime* ConstructFromText(OrvDateTime* d, const char* text, OrvSizeT len, const OrvTimezone* tz)
 {
-    OrvDateTime scratch;
-    if (CompactRead(text, len, LocalTarget(tz), &scratch).error != ORV_TEXTERROR_None) return nullptr;
-    CommitNew(d, scratch);
+    if (CompactRead(text, len, LocalTarget(tz), d).error != ORV_TEXTERROR_None) return nullptr;
+    HoldZone(d);
     return d;
 }
 
@@ -295,7 +265,7 @@ OrvDateTime* ConstructFromText(OrvDateTime* d, const char* text, OrvSizeT len, c
 OrvBool OrvDateTimeDoSetString_(OrvDateTime* d, const char* cstr, OrvSizeT len)
 {
     OrvDateTime scratch;
-    if (CompactRead(cstr, len, {&d->tz, d->floating != ORV_FALSE}, &scratch).error != ORV_TEXTERROR_None)
+    if (CompactRead(cstr, len, OwnTarget(d), &scratch).error != ORV_TEXTERROR_None)
         return ORV_FALSE;
     CommitExisting(d, scratch);
     return ORV_TRUE;

@@ -4,7 +4,10 @@
 #ifndef ORV_SRC_CALENDAR_ORVDATETIMETEXTINTERNAL_HPP
 #define ORV_SRC_CALENDAR_ORVDATETIMETEXTINTERNAL_HPP
 
+#include "Calendar/CalendarMath.hpp"
 #include "Calendar/OrvDateTimeInternal.hpp"
+
+#include <cstring>
 
 namespace orv::text {
 
@@ -51,6 +54,17 @@ struct Cursor {
     // Exactly n digits (n <= 18) into *v.
     bool Digits(int n, OrvInt64* v, OrvTextStatus* refusal)
     {
+        if (n == 2 && pos + 2 <= len) {
+            // The common two-digit field in one step; the second byte is read only when
+            // the first is a digit, so never past a zero.
+            const unsigned d0 = static_cast<unsigned char>(text[pos]) - '0';
+            const unsigned d1 = d0 < 10 ? static_cast<unsigned char>(text[pos + 1]) - '0' : 0;
+            if (d0 < 10 && d1 < 10) {
+                *v = d0 * 10 + d1;
+                pos += 2;
+                return true;
+            }
+        }
         OrvInt64 x = 0;
         for (int i = 0; i < n; ++i) {
             const int c = Peek();
@@ -66,36 +80,103 @@ struct Cursor {
     }
 };
 
-// A local reading as a text names it, with where each field starts.
+// A local reading as a text names it, with where each field starts (every reader sets
+// all six positions; they are left uninitialized here so that building the record on
+// the hot path costs no block clear).
 struct TextFields {
     OrvInt year = 1970, month = 1, day = 1, hour = 0, min = 0, sec = 0, nanos = 0;
-    OrvSizeT monthPos = 0, dayPos = 0, hourPos = 0, minPos = 0, secPos = 0, nanosPos = 0;
+    OrvSizeT monthPos, dayPos, hourPos, minPos, secPos, nanosPos;
 };
 
 // Every field but the year within its range as written (month 1..12, the day within
 // its month, hour 0..23, minute and second 0..59, nanoseconds below 10^9).
-OrvTextStatus CheckFields(const TextFields& f);
+inline OrvTextStatus CheckFields(const TextFields& f)
+{
+    if (f.month < 1 || f.month > 12) return Refuse(ORV_TEXTERROR_FieldRange, f.monthPos);
+    if (f.day < 1 || f.day > 28) {
+        // The Gregorian rule, without a division: 4 | y, and 25 | y only with 16 | y.
+        const auto y = static_cast<OrvUint32>(f.year);
+        const bool leap = (y & 3) == 0 && ((y & 15) == 0 || static_cast<OrvInt>(f.year) % 25 != 0);
+        if (f.day < 1 || f.day > cal::monthLengths[leap][f.month - 1]) return Refuse(ORV_TEXTERROR_FieldRange, f.dayPos);
+    }
+    if (f.hour < 0 || f.hour > 23) return Refuse(ORV_TEXTERROR_FieldRange, f.hourPos);
+    if (f.min < 0 || f.min > 59) return Refuse(ORV_TEXTERROR_FieldRange, f.minPos);
+    if (f.sec < 0 || f.sec > 59) return Refuse(ORV_TEXTERROR_FieldRange, f.secPos);
+    if (f.nanos < 0 || f.nanos >= cal::kNanosecondsPerSecond) return Refuse(ORV_TEXTERROR_FieldRange, f.nanosPos);
+    return kAccepted;
+}
 
-// Where a reading is settled: the zone (a live handle) and the floating flag.
+// Where a reading is settled: the zone (a live handle), the floating flag, and the
+// zone's offset when it has one offset that is known without asking it (the global UTC
+// zone, the fixed zone a text names), else ORV_TIME_INVALID.
 struct Target {
     const OrvTimezone* zone;
+    OrvTime offset;
     bool floating;
 };
+
+// The target of a local reading in tz, floating when tz is null.
+inline Target LocalTarget(const OrvTimezone* tz)
+{
+    if (tz == nullptr) return {OrvFixedTimezoneGetUTC(), 0, true};
+    return {tz, detail::IsGlobalUtc(tz) ? 0 : ORV_TIME_INVALID, false};
+}
+
+// The target of a local reading in d's own zone.
+inline Target OwnTarget(const OrvDateTime* d)
+{
+    return {&d->tz, detail::IsGlobalUtc(&d->tz) ? 0 : ORV_TIME_INVALID, d->floating != ORV_FALSE};
+}
 
 // Fills scratch with the reading f in t.zone (an uncounted alias of the handle: scratch
 // must never be destructed) and normalizes it. The fields must have passed CheckFields.
 // ORV_TEXTERROR_None, ORV_TEXTERROR_NoOffset, or ORV_TEXTERROR_Skipped when the zone
 // moved the reading (a time it skips).
-OrvTextError Settle(OrvDateTime* scratch, const TextFields& f, Target t);
+OrvTextError SettleInZone(OrvDateTime* scratch, TextFields f, const Target& t);
+
+inline void Alias(OrvDateTime* scratch, const Target& t)
+{
+    scratch->tz = *t.zone; // no reference: the scratch value is never destructed
+    scratch->floating = t.floating ? ORV_TRUE : ORV_FALSE;
+    scratch->firstDayOfWeek = ORV_WEEKDAY_Monday;
+    scratch->minimalDaysInFirstWeek = 4;
+}
+
+// SettleInZone, with the common case inline: a zone of one known offset, and a year
+// whose every reading has an instant, where the instant follows from the fields alone,
+// as the normalization would find it.
+inline OrvTextError Settle(OrvDateTime* scratch, const TextFields& f, const Target& t)
+{
+    if (t.offset == ORV_TIME_INVALID || f.year < 1678 || f.year > 2261) [[unlikely]]
+        return SettleInZone(scratch, f, t);
+    Alias(scratch, t);
+    const OrvInt64 secs = cal::DaysFromCivil(f.year, f.month, f.day) * cal::kSecondsPerDay + OrvInt64{f.hour} * 3600 +
+                          OrvInt64{f.min} * 60 + f.sec;
+    scratch->nanosec = f.nanos;
+    scratch->sec = f.sec;
+    scratch->min = f.min;
+    scratch->hour = f.hour;
+    scratch->monthDay = f.day;
+    scratch->month = f.month;
+    scratch->year = f.year;
+    scratch->normalized = ORV_TRUE;
+    scratch->offset = t.offset;
+    scratch->wallTime = secs * cal::kNanosecondsPerSecond + f.nanos - t.offset;
+    return ORV_TEXTERROR_None;
+}
 
 // Fills scratch with the instant t read in target, as Settle does. False when the
 // zone has no offset at t or the reading leaves the 64-bit range.
-OrvTextError SettleInstant(OrvDateTime* scratch, OrvTime t, Target target);
+OrvTextError SettleInstant(OrvDateTime* scratch, OrvTime t, const Target& target);
 
-// A settled scratch value into a new value (one more reference to its zone; Monday
-// and 4 for the week settings), or into a constructed one (its zone reference moved,
-// its week settings kept).
-void CommitNew(OrvDateTime* d, const OrvDateTime& scratch);
+// A constructor settles the reading in the caller's storage itself and, once the text
+// is accepted, takes the value's reference to its zone (Settle left an alias). A
+// replacement settles in a scratch value and commits it into the constructed value:
+// its zone reference moved, its week settings kept.
+inline void HoldZone(OrvDateTime* d)
+{
+    if (d->tz.impl.ref != nullptr) OrvSharedPtrRefCountIncUseCount(d->tz.impl.ref);
+}
 void CommitExisting(OrvDateTime* d, const OrvDateTime& scratch);
 
 // Settles and commits a checked reading whose zone comes from text: the global UTC
@@ -110,13 +191,33 @@ struct TextZone {
 
 // The target a text's zone part names; false (ORV_TEXTERROR_Allocation at z.pos) when
 // no shared zone is left for an offset with seconds.
-bool ResolveZone(const TextZone& z, Target local, Target* out, OrvTextStatus* refusal);
+bool ResolveNamedZone(const TextZone& z, Target* out, OrvTextStatus* refusal);
+
+inline bool ResolveZone(const TextZone& z, const Target& local, Target* out, OrvTextStatus* refusal)
+{
+    if (z.kind != ZoneKind::Local) return ResolveNamedZone(z, out, refusal);
+    *out = local;
+    return true;
+}
 
 // Reads Z, z, or an offset +hh, +hhmm, +hh:mm, +hhmmss, +hh:mm:ss (or with '-') at the
 // cursor. False with the refusal when there is none or it is out of range.
 bool ReadZone(Cursor* c, TextZone* z, OrvTextStatus* refusal);
 
 // ---- writers -----------------------------------------------------------------------
+
+// Replaces str's content with the n characters at text (a buffer of the writer's own),
+// copied in 8-byte words: the string is made room for that much. False, with str
+// unchanged, when it cannot grow.
+inline bool AssignText(OrvString* str, const char* text, OrvSizeT n)
+{
+    if (OrvStringReserve(str, n + 7) == nullptr) return false;
+    char* dst = str->buf;
+    for (OrvSizeT i = 0; i < n; i += 8) std::memcpy(dst + i, text + i, 8);
+    dst[n] = '\0';
+    str->size = n;
+    return true;
+}
 
 // Room every single piece below needs at most.
 inline constexpr OrvSizeT kPieceMax = 32;
