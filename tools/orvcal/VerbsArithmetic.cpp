@@ -20,8 +20,8 @@ int RunAdd(Invocation& inv)
                  "Time fields (nanosecond to hour) count elapsed time; date fields keep the wall-clock reading, "
                  "and a day that does not exist carries into the next month.\n"
                  "Writes the value before and after in ISO 8601 with their offsets, so that the two readings of a "
-                 "repeated hour tell apart; with --format, only the result through the pattern.\n"
-                 "Example: orvcal add 20230131T000000 month 1   gives 2023-01-31T00:00:00 -> 2023-03-03T00:00:00",
+                 "repeated hour can be told apart; with --format, only the result through the pattern.\n"
+                 "Example: orvcal add 20230131T000000 month 1   ends in -> 2023-03-03T00:00:00",
     };
     if (!inv.Read(usage)) return inv.Finished();
     Zone zone;

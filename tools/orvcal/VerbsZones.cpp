@@ -132,9 +132,10 @@ int RunTransitions(Invocation& inv)
     const std::string_view toText = inv.PositionalCount() == 3 ? inv.Positional(2) : "";
     if (start == ORV_TIME_INVALID)
         return inv.Refuse("FROM", fromText, "a time from 1677-09-21 to 2262-04-11 (others have no instant)");
+    if (end == ORV_TIME_INVALID && toText.empty())
+        return inv.Refuse("FROM", fromText, "a time a year or more before 2262-04-11 when TO is left out");
     if (end == ORV_TIME_INVALID)
-        return inv.Refuse(toText.empty() ? "FROM" : "TO", toText.empty() ? fromText : toText,
-                          "a time from 1677-09-21 to 2262-04-11, and a year before its end when TO is left out");
+        return inv.Refuse("TO", toText, "a time from 1677-09-21 to 2262-04-11 (a year as TO takes in all of it)");
     if (end <= start) return inv.Refuse("TO", toText, "a time after FROM");
 
     // Cells first, then the columns padded to their widest cell.
