@@ -197,4 +197,17 @@ TEST_F(CompareTest, FieldPathLeavesArgumentsAndCountsAsTheyWere)
     EXPECT_EQ(alloc_.allocations(), allocations);
 }
 
+// UTC readings beyond the 32-bit years: such a value equals itself and keeps its place
+// (the field path once moved copies through the fields, which cannot hold that year).
+TEST_F(CompareTest, FieldPathPastTheEndsOfTheYears)
+{
+    OrvDateTime* top = MakeIn(FixedZone(-210), INT32_MAX, 12, 31, 20, 30); // 2147483648-01-01T00:00Z
+    OrvDateTime* topUtc = MakeIn(OrvFixedTimezoneGetUTC(), INT32_MAX, 12, 31, 23, 59, 59, 999999999);
+    OrvDateTime* bottom = MakeIn(FixedZone(60), INT32_MIN, 1, 1, 0, 30); // 23:30Z the day before
+    OrvDateTime* bottomUtc = MakeIn(OrvFixedTimezoneGetUTC(), INT32_MIN, 1, 1, 0);
+    EXPECT_TRUE(OrvDateTimeEqual(top, top) && OrvDateTimeEqual(bottom, bottom));
+    EXPECT_TRUE(OrvDateTimeLess(topUtc, top) && !OrvDateTimeLess(top, topUtc));
+    EXPECT_TRUE(OrvDateTimeLess(bottom, bottomUtc) && !OrvDateTimeLess(bottomUtc, bottom));
+}
+
 } // namespace

@@ -1,5 +1,6 @@
 // Equality and ordering of date-time values: by instant, and by the calendar fields
 // read in UTC when either value has no usable instant.
+#include "Calendar/CalendarMath.hpp"
 #include "Calendar/OrvDateTimeInternal.hpp"
 
 namespace {
@@ -8,43 +9,38 @@ using orv::detail::Normalize;
 
 enum class Order { Less, Equal, Greater, Unordered };
 
-// Moves a copy of a value from its local reading to UTC: minus the offset, as the part
-// under one second and the whole seconds (both carrying the offset's sign); time fields
-// keep the copy's offset. A plug-in may give offsets of any size: when the seconds to
-// add do not fit an OrvInt (beyond about 68 years), the whole hours go separately.
-bool ShiftToUtc(OrvDateTime* copy, OrvTime offset)
+// The UTC reading of a value, as days since 1970-01-01 and nanoseconds into the day.
+struct UtcKey {
+    OrvInt64 days;
+    OrvInt64 nanos;
+};
+
+// The normalized local reading less the offset, in 64-bit parts: a plug-in may give
+// offsets of any size (|seconds| < 2^34), and the UTC date may leave the 32-bit years
+// (2147483647-12-31T23:00 at -02:00), where the fields themselves could not hold it.
+UtcKey UtcKeyOf(const OrvDateTime* d)
 {
-    const OrvInt64 nanos = offset % ORV_TIME_NANOSECONDS_PER_SECOND; // (-10^9, 10^9)
-    const OrvInt64 secs = offset / ORV_TIME_NANOSECONDS_PER_SECOND;  // |secs| < 2^34
-    const bool secsFit = secs <= OrvInt64{2147483648} && secs >= -OrvInt64{2147483647}; // -secs fits
-    const OrvInt64 hours = secsFit ? 0 : secs / 3600;                                    // |hours| < 2^22
-    return OrvDateTimeAddToField(copy, ORV_DATETIMEFIELD_Nanosecond, static_cast<OrvInt>(-nanos)) &&
-           OrvDateTimeAddToField(copy, ORV_DATETIMEFIELD_Second, static_cast<OrvInt>(hours * 3600 - secs)) &&
-           OrvDateTimeAddToField(copy, ORV_DATETIMEFIELD_Hour, static_cast<OrvInt>(-hours));
+    using namespace orv::cal;
+    const OrvInt64 secs = OrvInt64{d->hour} * kSecondsPerHour + OrvInt64{d->min} * kSecondsPerMinute + d->sec -
+                          d->offset / kNanosecondsPerSecond;
+    const OrvInt64 nanos = d->nanosec - d->offset % kNanosecondsPerSecond; // (-10^9, 2 * 10^9)
+    const OrvInt64 daySecs = secs + DivDown<OrvInt64>(nanos, kNanosecondsPerSecond);
+    return {DaysFromFields(d->year, d->month, d->monthDay) + DivDown<OrvInt64>(daySecs, kSecondsPerDay),
+            FloorMod<OrvInt64>(daySecs, kSecondsPerDay) * kNanosecondsPerSecond +
+                FloorMod<OrvInt64>(nanos, kNanosecondsPerSecond)};
 }
 
-Order CompareUtcFields(const OrvDateTime* a, const OrvDateTime* b)
-{
-    const OrvInt fa[] = {a->year, a->month, a->monthDay, a->hour, a->min, a->sec, a->nanosec};
-    const OrvInt fb[] = {b->year, b->month, b->monthDay, b->hour, b->min, b->sec, b->nanosec};
-    for (int i = 0; i < 7; ++i) {
-        if (fa[i] != fb[i]) return fa[i] < fb[i] ? Order::Less : Order::Greater;
-    }
-    return Order::Equal;
-}
-
-// The field path, for pairs in which a value has no usable instant: compare UTC
-// readings of copies, so the arguments keep their own fields and zone.
+// The field path, for pairs in which a value has no usable instant: compare the UTC
+// readings. Unordered when a zone had no offset (the value is then not normalized, or
+// its offset is ORV_TIME_INVALID).
 [[gnu::noinline, gnu::cold]] Order CompareByFields(const OrvDateTime* a, const OrvDateTime* b)
 {
-    OrvDateTime aCopy, bCopy;
-    OrvDateTimeConstructCopy(&aCopy, a);
-    OrvDateTimeConstructCopy(&bCopy, b);
-    Order order = Order::Unordered;
-    if (ShiftToUtc(&aCopy, a->offset) && ShiftToUtc(&bCopy, b->offset)) order = CompareUtcFields(&aCopy, &bCopy);
-    OrvDateTimeDestruct(&bCopy);
-    OrvDateTimeDestruct(&aCopy);
-    return order;
+    if (!a->normalized || !b->normalized || a->offset == ORV_TIME_INVALID || b->offset == ORV_TIME_INVALID)
+        return Order::Unordered;
+    const UtcKey ka = UtcKeyOf(a), kb = UtcKeyOf(b);
+    if (ka.days != kb.days) return ka.days < kb.days ? Order::Less : Order::Greater;
+    if (ka.nanos != kb.nanos) return ka.nanos < kb.nanos ? Order::Less : Order::Greater;
+    return Order::Equal;
 }
 
 } // namespace
