@@ -1,11 +1,13 @@
 # Checks that the library needs no C++ runtime and exports only its public API.
 #
 #   cmake -DNM=nm -DCC=cc -DSTATIC_LIB=<static archive of the library's objects>
+#         -DVERSION_SCRIPT=<cmake/orvcalendar.map, the shared library's export list>
 #         [-DLIBRARY=<the installed library target's file, static or shared>]
 #         -DINCLUDE_DIR=<include/> -DWORK_DIR=<scratch> -P CheckLibrarySymbols.cmake
 #
 # 1. A shared library is linked from the static archive with the C compiler alone and
-#    -z defs, so the link itself fails on any symbol that only a C++ runtime defines.
+#    -z defs, so the link itself fails on any symbol that only a C++ runtime defines
+#    (with the export list of a shared build of the library).
 # 2. The symbols the archive and the shared libraries leave undefined (in an archive:
 #    not defined by another of its members; weak references of the C start files, such
 #    as glibc's __cxa_finalize, left aside) must not be C++ or unwinder symbols:
@@ -108,7 +110,8 @@ endfunction()
 
 check_static(${STATIC_LIB})
 set(linked ${WORK_DIR}/liborvcalendar-c-linked.so)
-run(ignored ${CC} -shared -o ${linked} -Wl,--whole-archive ${STATIC_LIB} -Wl,--no-whole-archive -Wl,-z,defs)
+run(ignored ${CC} -shared -o ${linked} -Wl,--whole-archive ${STATIC_LIB} -Wl,--no-whole-archive -Wl,-z,defs
+    -Wl,--version-script=${VERSION_SCRIPT})
 check_shared(${linked})
 if(LIBRARY AND NOT LIBRARY STREQUAL STATIC_LIB)
     if(LIBRARY MATCHES "\\.a$")
