@@ -64,8 +64,9 @@ OrvBool OrvDateTimeNormalizeFields(OrvDateTime* d)
 
 OrvBool OrvDateTimeSetWallFromFields(OrvDateTime* d)
 {
-    // The day count out of line keeps this function's common path short.
-    const OrvInt64 secs = LocalSecondsFromDays(OrvDateTimeGetDaysSincePosixEpoch_(d), d->hour, d->min, d->sec);
+    // The day count first, out of line: the common path then holds no field across a call.
+    const OrvInt64 days = OrvDateTimeGetDaysSincePosixEpoch_(d); // |days| < 2^40
+    const OrvInt64 secs = LocalSecondsFromDays(days, d->hour, d->min, d->sec);
     // The instant is secs * 1e9 + nanosec - offset. In the first second of the instant
     // range (floor second kMinInstantSecond - 1) secs * 1e9 alone lies below it, so a
     // negative secs lends one second to the nanosecond part.
@@ -102,11 +103,14 @@ OrvBool OrvDateTimeNormalizeAndSetWall(OrvDateTime* d)
     OrvDateTimeSetWallFromFields(d);
     if (d->wallTime == ORV_TIME_INVALID) return ORV_TRUE;
     const OrvTime offset2 = OrvTimezoneGetOffsetInline(&d->tz, d->wallTime);
-    if (offset2 == ORV_TIME_INVALID) return ORV_FALSE;
     if (offset2 == d->offset) return ORV_TRUE;
     // A local time the zone skips or repeats: the instant stands, the fields follow it.
     d->offset = offset2;
-    return OrvDateTimeSetFieldsFromWall(d);
+    if (offset2 != ORV_TIME_INVALID && OrvDateTimeSetFieldsFromWall(d)) return ORV_TRUE;
+    // No offset at the instant, or fields that cannot follow it: the fields stay pending,
+    // so the next reader fails as this one did rather than find the value consistent.
+    d->offset = ORV_TIME_INVALID;
+    return ORV_FALSE;
 }
 
 OrvInt OrvDateTimeCalculateDayOfYear(const OrvDateTime* d)
