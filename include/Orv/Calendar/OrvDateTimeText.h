@@ -12,13 +12,15 @@
  *  - Every field must be in range as written: nothing is carried (30 February, hour
  *    24, minute or second 60 are refused with the field's position).
  *  - Text with a numeric offset denotes an instant read in a fixed zone of exactly that
- *    offset, so the value writes back the same offset; the zone is one of the
- *    process-wide shared fixed zones (no allocation, no count; see
- *    OrvFixedTimezoneGetShared), also for offsets with seconds. Text with Z denotes an
- *    instant read in the global UTC zone. Text without an offset is a local reading in
- *    the zone the caller gives (floating when none): a reading that zone skips is
- *    refused (ORV_TEXTERROR_Skipped); a repeated reading takes the zone's answer (for
- *    the zones of the database, the first occurrence).
+ *    offset, so the value writes back the same offset. The zone is shared for the life
+ *    of the process, uncounted, and never allocated: OrvFixedTimezoneGetShared's for
+ *    whole minutes; for offsets with seconds (local mean time of old dates, +00:53:28)
+ *    a slot of a process-wide pool of 1024 such zones, taken on first use (when every
+ *    slot holds another offset, the text is refused with ORV_TEXTERROR_Allocation).
+ *    Text with Z denotes an instant read in the global UTC zone. Text without an
+ *    offset is a local reading in the zone the caller gives (floating when none): a
+ *    reading that zone skips is refused (ORV_TEXTERROR_Skipped); a repeated reading
+ *    takes the zone's answer (for the zones of the database, the first occurrence).
  *  - A refused Construct holds nothing; a refused Set leaves the value exactly as it was.
  *  - status may be null. On success it holds ORV_TEXTERROR_None and position 0.
  *
@@ -55,8 +57,8 @@ typedef enum OrvTextError ORV_ENUM_BASE(OrvInt) {
     ORV_TEXTERROR_Skipped = 5,
     /** The zone gives no offset for the reading or its instant (position: 0). */
     ORV_TEXTERROR_NoOffset = 6,
-    /** Memory, or a shared fixed zone for one more offset with seconds, could not be
-     *  obtained (position: the offset's sign, or 0). */
+    /** The readers' one resource ran out: no shared fixed zone is left for one more
+     *  offset with seconds (position: the offset's sign). Nothing else is allocated. */
     ORV_TEXTERROR_Allocation = 7,
     /** An unknown conversion in a pattern, or a '%' that ends it (position: the '%' in
      *  the PATTERN, not in the text). */
@@ -159,7 +161,7 @@ ORV_API OrvBool OrvDateTimeSetISO8601(OrvDateTime* d, const char* text, OrvSizeT
  *  False, with str unchanged, for an unknown conversion, a null pattern, when
  *  normalization fails or when str cannot grow.
  *      OrvDateTimeFormat(&d, "%a %d %b %Y %H:%M %Z", &s);  // "Wed 01 May 2024 09:30 CEST"
- *      OrvDateTimeFormat(&d, "%FT%E3S%Ez", &s);            // "2024-05-01T09:30:00.000+02:00" */
+ *      OrvDateTimeFormat(&d, "%FT%H:%M:%E3S%Ez", &s);      // "2024-05-01T09:30:00.000+02:00" */
 ORV_API OrvBool OrvDateTimeFormat(const OrvDateTime* d, const char* pattern, OrvString* str);
 
 /** Builds d from the len characters of text laid out as pattern says, strictly:
