@@ -58,33 +58,41 @@ constexpr OrvInt YearLength(T year)
     return IsLeap(year) ? 366 : 365;
 }
 
-// Days of month 1..12 of a year.
-constexpr OrvInt MonthLength(OrvInt64 year, OrvInt month) { return monthLengths[IsLeap(year)][month - 1]; }
+// Days of month 1..12 of a year. The year's type is a template parameter here and below,
+// so that 32-bit years keep 32-bit divisions.
+template <std::signed_integral T>
+constexpr OrvInt MonthLength(T year, OrvInt month)
+{
+    return monthLengths[IsLeap(year)][month - 1];
+}
 
 // Whether day is a day of month 1..12 of year.
-constexpr bool DayInMonth(OrvInt64 year, OrvInt month, OrvInt64 day)
+template <std::signed_integral T>
+constexpr bool DayInMonth(T year, OrvInt month, OrvInt64 day)
 {
     return day >= 1 && day <= MonthLength(year, month);
 }
 
 // Day of the year, 1 = 1 January, of a month 1..12 and any day (366 at most for a day
 // of the month; a day beyond it counts on, in 64 bits).
-constexpr OrvInt64 DayOfYear(OrvInt64 year, OrvInt month, OrvInt64 day)
+template <std::signed_integral T>
+constexpr OrvInt64 DayOfYear(T year, OrvInt month, OrvInt64 day)
 {
     return monthDays[IsLeap(year)][month - 1] + day;
 }
 
 // floor(a / b) for b > 0, with *mod = a - b * floor(a / b) in [0, b - 1]: the truncating
-// quotient, less one when the remainder is negative. No data-dependent branch (instants
-// are as often negative as not, so a branch would mispredict half the time).
+// quotient, less one when the remainder is negative. Written as selects, which leave
+// the compiler free to use conditional moves where the sign is unpredictable (instants
+// are as often negative as not).
 template <std::signed_integral T>
 constexpr T DivDownAndMod(T a, T b, T* mod)
 {
     const T q = a / b;
-    const T r = a - q * b;
-    const T negative = r < 0;
-    *mod = r + negative * b;
-    return q - negative;
+    const T r = a % b;
+    const bool negative = r < 0;
+    *mod = negative ? r + b : r;
+    return negative ? q - 1 : q;
 }
 
 // floor(a / b) for b > 0.
@@ -160,7 +168,8 @@ constexpr OrvInt64 DaysFromCivilFast(OrvInt64 y, OrvInt m)
 // counts on from the first of the month). Exact for |y| < 2^40.
 constexpr OrvInt64 DaysFromCivil(OrvInt64 y, OrvInt m, OrvInt64 d)
 {
-    if (y >= -kFastYearLimit && y <= kFastYearLimit) return DaysFromCivilFast(y, m) + (d - 1);
+    if (y >= -kFastYearLimit && y <= kFastYearLimit) [[likely]]
+        return DaysFromCivilFast(y, m) + (d - 1);
     y -= m <= 2;                                                      // years start in March
     const OrvInt64 era = DivDown<OrvInt64>(y, 400);
     const OrvInt64 yoe = y - era * 400;                               // [0, 399]
@@ -230,7 +239,7 @@ struct CivilDate64 {
 constexpr CivilDate64 CivilFromDays(OrvInt64 days)
 {
     constexpr OrvInt64 kFastDayLimit = 365 * (kFastYearLimit - 1);
-    if (days >= -kFastDayLimit && days <= kFastDayLimit) {
+    if (days >= -kFastDayLimit && days <= kFastDayLimit) [[likely]] {
         const CivilDate date = CivilFromDaysFast(days);
         return {date.year, date.month, date.day};
     }
@@ -292,14 +301,19 @@ constexpr Reading ReadingFromLocalNanoseconds(OrvInt64 localNs)
             sod % kSecondsPerMinute, nanos};
 }
 
+// Seconds since 1970-01-01T00:00 of a time of day, any fields, on a day count.
+constexpr OrvInt64 LocalSecondsFromDays(OrvInt64 days, OrvInt64 hour, OrvInt64 minute, OrvInt64 second)
+{
+    return days * kSecondsPerDay + hour * kSecondsPerHour + minute * kSecondsPerMinute + second;
+}
+
 // Seconds since 1970-01-01T00:00 of a local reading, every field as it stands (the
 // month carried like DaysFromFields, the rest simply summed). |result| < 2^59 for
 // 32-bit fields.
 constexpr OrvInt64 LocalSecondsFromFields(OrvInt64 year, OrvInt64 month, OrvInt64 day, OrvInt64 hour,
                                           OrvInt64 minute, OrvInt64 second)
 {
-    return DaysFromFields(year, month, day) * kSecondsPerDay + hour * kSecondsPerHour + minute * kSecondsPerMinute +
-           second;
+    return LocalSecondsFromDays(DaysFromFields(year, month, day), hour, minute, second);
 }
 
 } // namespace orv::cal
