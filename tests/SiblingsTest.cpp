@@ -146,7 +146,7 @@ TEST(TimezoneHandle, CountsStayExactAcrossThreads)
     orv::test::TransitionZoneRules rules;
     ASSERT_NE(orv::test::MakeTransitionZone(&zone, rules, alloc.get(), &deleted), nullptr);
     std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t) {
+    for (int t = 0; t < 8; ++t) {
         threads.emplace_back([&zone] {
             for (int i = 0; i < 20000; ++i) {
                 OrvTimezone copy;
