@@ -7,6 +7,7 @@ packages=(
     cmake g++ clang make pkg-config           # toolchains
     libgtest-dev libgmock-dev libbenchmark-dev  # tests and benchmarks
     libclang-rt-14-dev                        # sanitizer and fuzzer runtimes for clang
+    llvm-14                                   # llvm-cov and llvm-profdata for the coverage step
     tzdata                                    # the system time-zone database
     libcctz-dev libabsl-dev libicu-dev        # peers in the zone benchmark
 )
