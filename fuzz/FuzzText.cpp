@@ -79,7 +79,9 @@ void Iso(std::string_view text, const OrvTimezone* tz, OrvInt digits, OrvString*
     }
     OrvInt cut = 1;
     for (OrvInt i = digits < 0 ? 9 : digits; i < 9; ++i) cut *= 10;
-    d.wallTime -= d.wallTime == ORV_TIME_INVALID ? 0 : d.nanosec % cut;
+    // Cut digits move the instant back, before the first instant for the first one.
+    if (d.wallTime != ORV_TIME_INVALID && __builtin_sub_overflow(d.wallTime, d.nanosec % cut, &d.wallTime))
+        d.wallTime = ORV_TIME_INVALID;
     d.nanosec -= d.nanosec % cut;
     CheckSame(d, back);
     FUZZ_CHECK(OrvDateTimeGetISO8601(&back, s, digits) && written == OrvStringCStr(s));
