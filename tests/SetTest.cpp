@@ -53,7 +53,16 @@ private:
     std::deque<OrvDateTime> pool_;
 };
 
-int64_t Sec(const OrvDateTime* d) { return d->wallTime / kSecond; }
+// Keys without an instant (see MakeKey) count on from here.
+constexpr int64_t kFar = 224;
+
+// The seconds of a key or element, normalizing it as any reader does; for one without
+// an instant, kFar plus its second of 2300.
+int64_t Sec(const OrvDateTime* d)
+{
+    const OrvTime t = OrvDateTimeGetWallTime(d);
+    return t != ORV_TIME_INVALID ? t / kSecond : kFar + d->sec;
+}
 
 // "key/height(left,right)", "-" for an absent child, leaves without parentheses.
 template <class Node, class KeyOf>
@@ -517,6 +526,24 @@ TEST_F(DateTimeSet, IteratorsWalkBothWays)
 
 // --- randomized, against std::set --------------------------------------------------------------
 
+// Key k of the randomized test: k seconds after the epoch; from kFar on, seconds
+// k - kFar of 2300 (no instant: compared by their fields). Every seventh is built
+// with its fields pending and a wrong stale instant (100 s late), and made so again
+// before each use, as comparing normalizes it: searches meet values that have an
+// instant, values that never do and values that must be normalized first, as keys and
+// as elements.
+void MakeKey(OrvDateTime* d, int64_t k)
+{
+    if (k >= kFar) {
+        OrvDateTimeConstructFields(d, 2300, 1, 1, 0, 0, static_cast<OrvInt>(k - kFar), 0, nullptr);
+    } else if (k % 7 == 3) {
+        OrvDateTimeConstruct(d, (k + 100) * kSecond, nullptr);
+        OrvDateTimeSetField(d, ORV_DATETIMEFIELD_Second, d->sec - 100);
+    } else {
+        OrvDateTimeConstruct(d, k * kSecond, nullptr);
+    }
+}
+
 // At least 100000 mixed operations; every invariant of the tree (order, balance,
 // heights, parent and pPtr links, size) is checked after every one.
 TEST_F(DateTimeSet, RandomizedAgainstStdSet)
@@ -524,7 +551,15 @@ TEST_F(DateTimeSet, RandomizedAgainstStdSet)
     CountingAllocator a;
     CountingAllocator b;
     std::vector<OrvDateTime> keys(256);
-    for (std::size_t i = 0; i < keys.size(); ++i) OrvDateTimeConstruct(&keys[i], static_cast<OrvTime>(i) * kSecond, nullptr);
+    for (std::size_t i = 0; i < keys.size(); ++i) MakeKey(&keys[i], static_cast<int64_t>(i));
+    auto probe = [&](int64_t k) {
+        OrvDateTime* d = &keys[static_cast<std::size_t>(k)];
+        if (k < kFar && k % 7 == 3) {
+            OrvDateTimeDestruct(d);
+            MakeKey(d, k);
+        }
+        return d;
+    };
     OrvSet_OrvDateTime s;
     OrvSet_OrvDateTime other;
     OrvSet_OrvDateTimeConstruct(&s, a.get());
@@ -534,7 +569,7 @@ TEST_F(DateTimeSet, RandomizedAgainstStdSet)
     std::mt19937 rng(7);
     for (int step = 0; step < 100000; ++step) {
         const int64_t k = static_cast<int64_t>(rng() % keys.size());
-        const OrvDateTime* kp = &keys[static_cast<std::size_t>(k)];
+        const OrvDateTime* kp = probe(k);
         const unsigned op = rng() % 100;
         if (op < 45) {
             const auto r = OrvSet_OrvDateTimeInsert(&s, kp);
@@ -557,15 +592,14 @@ TEST_F(DateTimeSet, RandomizedAgainstStdSet)
             const int64_t hi = k + static_cast<int64_t>(rng() % 16);
             OrvSet_OrvDateTimeIterator first = OrvSet_OrvDateTimeLowerBound(&s, kp);
             OrvSet_OrvDateTimeIterator last =
-                hi < static_cast<int64_t>(keys.size()) ? OrvSet_OrvDateTimeLowerBound(&s, &keys[static_cast<std::size_t>(hi)])
-                                                       : OrvSet_OrvDateTimeEnd(&s);
+                hi < static_cast<int64_t>(keys.size()) ? OrvSet_OrvDateTimeLowerBound(&s, probe(hi)) : OrvSet_OrvDateTimeEnd(&s);
             ASSERT_EQ(OrvSet_OrvDateTimeEraseRange(&s, first, last), last);
             model.erase(model.lower_bound(k), model.lower_bound(hi));
         } else if (op < 97) {
             const auto up = OrvSet_OrvDateTimeUpperBound(&s, kp);
             const auto mup = model.upper_bound(k);
             ASSERT_EQ(up == &s.end ? -1 : Sec(&up->value), mup == model.end() ? -1 : *mup);
-            ASSERT_EQ(OrvSet_OrvDateTimeCount(&s, kp), model.count(k));
+            ASSERT_EQ(OrvSet_OrvDateTimeCount(&s, probe(k)), model.count(k));
         } else if (op < 98) {
             ASSERT_NE(OrvSet_OrvDateTimeAssign(&other, &s), nullptr);
             otherModel = model;

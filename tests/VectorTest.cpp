@@ -20,12 +20,17 @@ namespace {
 constexpr OrvSizeT kSlot = sizeof(OrvDateTime);
 constexpr OrvTime kSecond = 1000000000;
 
-// Date-time values 0, 1, 2, ... seconds after the epoch (floating), owned by the test.
+// Date-time values 0, 1, 2, ... seconds after the epoch, owned by the test: floating,
+// in tz, or value i in zones[i % zones.size()] (null: floating).
 class Values {
 public:
-    explicit Values(int n, const OrvTimezone* tz = nullptr) : v_(static_cast<std::size_t>(n))
+    explicit Values(int n, const OrvTimezone* tz = nullptr) : Values(n, {tz}) {}
+    Values(int n, std::initializer_list<const OrvTimezone*> zones) : v_(static_cast<std::size_t>(n))
     {
-        for (int i = 0; i < n; ++i) OrvDateTimeConstruct(&v_[static_cast<std::size_t>(i)], i * kSecond, tz);
+        for (int i = 0; i < n; ++i) {
+            const OrvTimezone* tz = zones.begin()[static_cast<std::size_t>(i) % zones.size()];
+            OrvDateTimeConstruct(&v_[static_cast<std::size_t>(i)], i * kSecond, tz);
+        }
     }
     ~Values()
     {
@@ -586,9 +591,25 @@ TEST(VectorIterators, MovingTheNullIteratorIsNoArithmeticOnNull)
 
 // --- randomized, against std::vector ---------------------------------------------------
 
+// The values are in three counted zones and floating, interleaved, so that the copies
+// of many elements at once meet runs of one zone, of several and of uncounted values;
+// after every step each zone's use count is exactly the references held.
 TEST(VectorRandomized, MatchesStdVectorModel)
 {
-    Values values(64);
+    CountingAllocator za;
+    OrvTimezone zones[3];
+    for (int i = 0; i < 3; ++i) ASSERT_NE(OrvFixedTimezoneConstruct(&zones[i], (i + 1) * 3600 * kSecond, za.get()), nullptr);
+    Values values(64, {nullptr, &zones[0], &zones[0], &zones[1], &zones[2]});
+    auto expectCounts = [&](const OrvVector_OrvDateTime* x, const OrvVector_OrvDateTime* y) {
+        for (const OrvTimezone& z : zones) {
+            OrvInt held = 1; // the handle here
+            for (const OrvDateTime* d = values[0]; d != values.end(); ++d) held += d->tz.impl.ref == z.impl.ref;
+            for (const auto* vec : {x, y})
+                for (const OrvDateTime* d = vec->begin; d != vec->end; ++d) held += d->tz.impl.ref == z.impl.ref;
+            if (OrvTimezoneGetUseCount(&z) != held) return false;
+        }
+        return true;
+    };
     CountingAllocator a;
     CountingAllocator b;
     OrvVector_OrvDateTime v;
@@ -682,6 +703,7 @@ TEST(VectorRandomized, MatchesStdVectorModel)
         ASSERT_LE(v.begin, v.end);
         ASSERT_LE(v.end, v.endBuf);
         ASSERT_EQ(Seconds(&v), model) << "step " << step;
+        ASSERT_TRUE(expectCounts(&v, &other)) << "step " << step;
         if (model.size() > 200) { // keep the run fast
             OrvVector_OrvDateTimeClear(&v);
             model.clear();
@@ -693,6 +715,9 @@ TEST(VectorRandomized, MatchesStdVectorModel)
     OrvVector_OrvDateTimeDestruct(&other);
     ExpectAllReturned(a);
     ExpectAllReturned(b);
+    OrvVector_OrvDateTimeConstructDefault(&v, a.get());
+    EXPECT_TRUE(expectCounts(&v, &v)); // only the values' references are left
+    for (OrvTimezone& z : zones) OrvTimezoneDestruct(&z);
 }
 
 } // namespace

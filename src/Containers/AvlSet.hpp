@@ -23,6 +23,11 @@ public:
     static constexpr Size kNodeSize = Tree::kNodeSize;
     static constexpr Size kMaxSize = ~Size{0};
 
+    // From this many nodes on (about a megabyte of them) insertion and erasure fetch
+    // ahead on their way down (see AvlTree); a smaller tree that is being changed is
+    // usually in the nearer caches already.
+    static constexpr Size kPrefetchFrom = Size{1} << 13;
+
     static Set* Construct(Set* s, OrvAllocator* a)
     {
         s->end.left = s->end.right = s->end.parent = nullptr;
@@ -98,10 +103,10 @@ public:
     // allocation, one copy and one release. Failure gives the end position and false.
     static InsertResult Insert(Set* s, const T* value)
     {
-        Node* node = static_cast<Node*>(OrvAllocatorAllocate(s->alloc, kNodeSize));
+        Node* node = Tree::AllocateNode(s->alloc);
         if (node == nullptr) return InsertResult{&s->end, ORV_FALSE};
         if (E::ConstructCopy(&node->value, value) == nullptr) {
-            OrvAllocatorDeallocate(s->alloc, node, kNodeSize);
+            Tree::DeallocateNode(s->alloc, node);
             return InsertResult{&s->end, ORV_FALSE};
         }
         node->left = node->right = node->parent = nullptr;
@@ -114,7 +119,8 @@ public:
             ++s->size;
             return InsertResult{node, ORV_TRUE};
         }
-        InsertResult result = Tree::Insert(s->end.left, node);
+        InsertResult result = s->size >= kPrefetchFrom ? Tree::template Insert<true>(s->end.left, node)
+                                                       : Tree::template Insert<false>(s->end.left, node);
         if (result.second) {
             ++s->size;
         } else {
@@ -123,13 +129,20 @@ public:
         return result;
     }
 
-    // Removes node by relinking: a substitute (the in-order predecessor when node has
-    // a left subtree, else the successor) is unlinked from its place, the tree is
-    // rebalanced from there with node still in it, and the substitute then takes
-    // node's links and height. No value moves. Returns node's successor.
+    // Removes node (see Unlink). Returns node's successor.
     static Node* Erase(Set* s, Node* node)
     {
         Node* const next = Tree::Successor(node);
+        Unlink(s, node);
+        return next;
+    }
+
+    // Removes node by relinking: a substitute (the in-order predecessor when node has
+    // a left subtree, else the successor) is unlinked from its place, the tree is
+    // rebalanced from there with node still in it, and the substitute then takes
+    // node's links and height. No value moves.
+    static void Unlink(Set* s, Node* node)
+    {
         Node* sub = nullptr;
         Node* climbFrom;
         if (node->left != nullptr || node->right != nullptr) {
@@ -170,7 +183,6 @@ public:
         }
         Tree::Release(node, s->alloc);
         --s->size;
-        return next;
     }
 
     static Node* EraseRange(Set* s, Node* first, Node* last)
@@ -179,13 +191,15 @@ public:
         return last;
     }
 
+    // Keys are unique: the node Find gives, if any, is the one element to erase.
     static Size EraseKey(Set* s, const T* key)
     {
         if (s->end.left == nullptr) return 0;
-        Range range = EqualRange(s, key);
-        Size erased = 0;
-        for (Node* p = range.first; p != range.second; ++erased) p = Erase(s, p);
-        return erased;
+        Node* found = s->size >= kPrefetchFrom ? Tree::template Find<Node, true>(RootOf(s), key)
+                                               : Tree::template Find<Node, false>(RootOf(s), key);
+        if (found == nullptr) return 0;
+        Unlink(s, found);
+        return 1;
     }
 
     // The searches give the end position where the node functions give null, and

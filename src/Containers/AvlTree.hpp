@@ -9,7 +9,14 @@
  *     static Value* ConstructCopy(Value* slot, const Value* src); // null: the copy failed
  *     static void Destruct(Value* slot);
  *     static bool Less(const Value* a, const Value* b);           // strict weak order
- * and the bundle B names the public C records: B::Node, B::Set, and the result pairs
+ * and may provide
+ *     static bool InstantKey(const Value* v, OrvInt64* key);
+ *     static constexpr std::size_t kInstantKeyOffset;  // where in Value the key is read
+ * which gives an integer key for some values and false for the others: two values that
+ * both have one are ordered as their keys are, without Less. A search whose key has one
+ * then compares each node by its integer key, and asks Less only at nodes without one,
+ * exactly where and as the search over Less alone would; the nodes visited are the same.
+ * The bundle B names the public C records: B::Node, B::Set, and the result pairs
  * B::InsertResult {iterator, OrvBool}, B::Range and B::ConstRange {iterator, iterator}.
  *
  * The tree. Every node holds its value first, then left, right, parent, pPtr and
@@ -33,6 +40,7 @@
 
 #include "Orv/Utils/OrvAllocator.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace orv::containers {
@@ -47,21 +55,39 @@ public:
 
     static constexpr Size kNodeSize = sizeof(Node);
 
+    // Whether E gives integer keys (see above).
+    static constexpr bool kKeyed = requires(const T* v, OrvInt64* k) { E::InstantKey(v, k); };
+
     // --- searches on a subtree (node must not be null) -----------------------------
     // N is Node or const Node. A three-way decision asks Less(key, node) first and
     // Less(node, key) second; both false means the node is the key.
+    //
+    // Find and Insert take kPrefetch: whether each keyed step starts fetching both
+    // children (see PrefetchChildren). It pays off when the nodes are not in the
+    // nearer caches; the set asks for it on every search and, on insertion and
+    // erasure, once it holds more nodes than those caches do (kPrefetchFrom).
 
-    template <class N>
+    template <class N, bool kPrefetch = true>
     static N* Find(N* node, const T* key)
     {
-        while (node != nullptr) {
-            if (E::Less(key, &node->value)) {
-                node = node->left;
-            } else if (E::Less(&node->value, key)) {
-                node = node->right;
-            } else {
-                return node;
+        if constexpr (kKeyed) {
+            OrvInt64 k;
+            if (E::InstantKey(key, &k)) {
+                while (node != nullptr) {
+                    OrvInt64 w;
+                    if (E::InstantKey(&node->value, &w)) [[likely]] {
+                        if (w == k) return node;
+                        if constexpr (kPrefetch) PrefetchChildren(node);
+                        node = k < w ? node->left : node->right;
+                    } else if (!Step3(&node, key)) {
+                        return node;
+                    }
+                }
+                return nullptr;
             }
+        }
+        while (node != nullptr) {
+            if (!Step3(&node, key)) return node;
         }
         return nullptr;
     }
@@ -71,8 +97,12 @@ public:
     static N* LowerBound(N* node, const T* key)
     {
         N* candidate = nullptr;
+        OrvInt64 k = 0;
+        const bool keyed = kKeyed && KeyOf(key, &k);
         while (node != nullptr) {
-            if (E::Less(&node->value, key)) {
+            OrvInt64 w;
+            const bool less = keyed && KeyOf(&node->value, &w) ? w < k : E::Less(&node->value, key);
+            if (less) {
                 node = node->right;
             } else {
                 candidate = node;
@@ -87,8 +117,12 @@ public:
     static N* UpperBound(N* node, const T* key)
     {
         N* candidate = nullptr;
+        OrvInt64 k = 0;
+        const bool keyed = kKeyed && KeyOf(key, &k);
         while (node != nullptr) {
-            if (E::Less(key, &node->value)) {
+            OrvInt64 w;
+            const bool greater = keyed && KeyOf(&node->value, &w) ? k < w : E::Less(key, &node->value);
+            if (greater) {
                 candidate = node;
                 node = node->left;
             } else {
@@ -121,15 +155,15 @@ public:
         return node;
     }
 
-    // In-order successor. Stops at the sentinel, the only node without a parent; must
-    // not be applied to the sentinel itself.
+    // In-order successor. Climbing from the greatest element ends at the sentinel, whose
+    // left link is the root; must not be applied to the sentinel itself.
     template <class N>
     static N* Successor(N* node)
     {
         if (node->right != nullptr) return Minimum<N>(node->right);
         for (;;) {
             N* up = node->parent;
-            if (up->parent == nullptr || up->left == node) return up;
+            if (up->left == node) return up;
             node = up;
         }
     }
@@ -153,28 +187,14 @@ public:
     // Links a prepared node (value constructed, no links, height 1) under the subtree
     // at cur and rebalances. An equivalent node already present is returned with false;
     // newNode is then left untouched for the caller to release.
+    template <bool kPrefetch = false>
     static InsertResult Insert(Node* cur, Node* newNode)
     {
-        const T* key = &newNode->value;
-        for (;;) {
-            Node** link;
-            if (E::Less(key, &cur->value)) {
-                link = &cur->left;
-            } else if (E::Less(&cur->value, key)) {
-                link = &cur->right;
-            } else {
-                return InsertResult{cur, ORV_FALSE};
-            }
-            if (*link != nullptr) {
-                cur = *link;
-                continue;
-            }
-            *link = newNode;
-            newNode->pPtr = link;
-            newNode->parent = cur;
-            Balance(cur, false);
-            return InsertResult{newNode, ORV_TRUE};
+        if constexpr (kKeyed) {
+            OrvInt64 k;
+            if (E::InstantKey(&newNode->value, &k)) return InsertFrom<true, kPrefetch>(cur, newNode, k);
         }
+        return InsertFrom<false, false>(cur, newNode, 0);
     }
 
     /*
@@ -229,7 +249,9 @@ public:
      * its parent) or taken out (removing true, started at the parent of the vacated
      * place). Each node N examined still holds its height from before the change;
      * everything below it on the path has been recomputed. A balanced node gets its
-     * height recomputed and the climb goes on, up to the root. After a rotation the
+     * height recomputed and the climb goes on; it ends at a balanced node whose height
+     * stays as it was (nothing above it changes then: every node above was balanced
+     * before and its subtrees keep their heights), or at the root. After a rotation the
      * heights are adjusted from the stored values:
      *
      *   case (left-heavy shown;       inserting            removing
@@ -306,7 +328,9 @@ public:
                     next = r->parent;
                 }
             } else {
-                n->height = (lh > rh ? lh : rh) + 1;
+                const Size h = (lh > rh ? lh : rh) + 1;
+                if (h == n->height) return;
+                n->height = h;
                 next = n->parent;
             }
             if (next == nullptr || next->parent == nullptr) return;
@@ -319,10 +343,10 @@ public:
     // with everything it allocated released, on failure.
     static Node* Copy(const Node* node, Node* parent, Node** pPtr, OrvAllocator* a)
     {
-        Node* copy = static_cast<Node*>(OrvAllocatorAllocate(a, kNodeSize));
+        Node* copy = AllocateNode(a);
         if (copy == nullptr) return nullptr;
         if (E::ConstructCopy(&copy->value, &node->value) == nullptr) {
-            OrvAllocatorDeallocate(a, copy, kNodeSize);
+            DeallocateNode(a, copy);
             return nullptr;
         }
         copy->left = nullptr;
@@ -356,12 +380,17 @@ public:
 
     static Size HeightOf(const Node* n) { return n != nullptr ? n->height : 0; }
 
+    // Node memory, through the allocator's own callbacks as OrvAllocatorAllocate and
+    // OrvAllocatorDeallocate call them.
+    static Node* AllocateNode(OrvAllocator* a) { return static_cast<Node*>(a->allocate(a, kNodeSize)); }
+    static void DeallocateNode(OrvAllocator* a, Node* node) { a->deallocate(a, node, kNodeSize); }
+
     // Destructs a node's value and returns the node to the allocator. Gives null for
     // the convenience of the failure paths.
     static Node* Release(Node* node, OrvAllocator* a)
     {
         E::Destruct(&node->value);
-        OrvAllocatorDeallocate(a, node, kNodeSize);
+        DeallocateNode(a, node);
         return nullptr;
     }
 
@@ -403,6 +432,84 @@ public:
             return 0;
         }
         return h;
+    }
+
+private:
+    // Insert's descent; kUseKeys: newNode's value has the integer key k.
+    template <bool kUseKeys, bool kPrefetch>
+    static InsertResult InsertFrom(Node* cur, Node* newNode, OrvInt64 k)
+    {
+        const T* key = &newNode->value;
+        for (;;) {
+            bool left;
+            OrvInt64 w;
+            if (kUseKeys && KeyOf(&cur->value, &w)) [[likely]] {
+                if (w == k) return InsertResult{cur, ORV_FALSE};
+                left = k < w;
+            } else if (E::Less(key, &cur->value)) {
+                left = true;
+            } else if (E::Less(&cur->value, key)) {
+                left = false;
+            } else {
+                return InsertResult{cur, ORV_FALSE};
+            }
+            Node** const link = left ? &cur->left : &cur->right;
+            if (*link != nullptr) {
+                cur = *link;
+                if constexpr (kPrefetch) PrefetchChildren(cur);
+                continue;
+            }
+            *link = newNode;
+            newNode->pPtr = link;
+            newNode->parent = cur;
+            Balance(cur, false);
+            return InsertResult{newNode, ORV_TRUE};
+        }
+    }
+
+    // Starts fetching what the next step of a keyed search reads of either child (its
+    // integer key and its links) while this step decides between them, so that the
+    // step's comparison overlaps the memory latency. A null child is not fetched.
+    template <class N>
+    static void PrefetchChildren(N* node)
+    {
+        PrefetchNode(node->left);
+        PrefetchNode(node->right);
+    }
+    template <class N>
+    static void PrefetchNode(N* node)
+    {
+        if (node == nullptr) return;
+        const auto* bytes = reinterpret_cast<const char*>(node);
+        __builtin_prefetch(bytes + offsetof(Node, value) + E::kInstantKeyOffset);
+        __builtin_prefetch(bytes + offsetof(Node, left));
+    }
+
+    // The integer key of v, when E gives one.
+    static bool KeyOf(const T* v, OrvInt64* k)
+    {
+        if constexpr (kKeyed) {
+            return E::InstantKey(v, k);
+        } else {
+            (void)v;
+            (void)k;
+            return false;
+        }
+    }
+
+    // One three-way step of a search over Less: moves *node to the side of key, or
+    // gives false when *node is the key.
+    template <class N>
+    static bool Step3(N** node, const T* key)
+    {
+        if (E::Less(key, &(*node)->value)) {
+            *node = (*node)->left;
+        } else if (E::Less(&(*node)->value, key)) {
+            *node = (*node)->right;
+        } else {
+            return false;
+        }
+        return true;
     }
 };
 

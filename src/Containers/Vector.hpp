@@ -8,8 +8,13 @@
 //     static Value* Assign(Value* slot, const Value* src);        // null: the copy failed
 //     static void Destruct(Value* slot);
 // A failed ConstructCopy leaves its slot raw (nothing to destruct); a failed Assign
-// leaves its slot holding its former value. The record R is the public C struct
-// {allocator, begin, end, endBuf}.
+// leaves its slot holding its former value. An E whose copies never fail may say so
+// (static constexpr bool kCopiesNeverFail = true) and then also provides
+//     static void ConstructCopies(Value* slots, const Value* src, OrvSizeT n);  // [src, src + n)
+//     static void ConstructRepeated(Value* slots, const Value* src, OrvSizeT n); // n copies of *src
+// with the effect of n ConstructCopy calls into raw slots that do not overlap the
+// sources; the vector then copies runs of elements with them. The record R is the
+// public C struct {allocator, begin, end, endBuf}.
 //
 // Rules every operation keeps:
 //  - Elements are created, overwritten and ended only through E, never by copying
@@ -47,6 +52,12 @@ public:
     // The largest element count: the byte size of a block stays below 2^32.
     static constexpr Size kMaxSize = Size{0xFFFFFFFFu} / sizeof(T);
 
+    // Whether E copies runs of elements at once (see above).
+    static constexpr bool kBulk = [] {
+        if constexpr (requires { E::kCopiesNeverFail; }) return E::kCopiesNeverFail;
+        return false;
+    }();
+
     // --- construction and whole-vector operations ---------------------------------
 
     static R* ConstructDefault(R* x, OrvAllocator* a)
@@ -63,6 +74,11 @@ public:
         if (n > kMaxSize) return nullptr;
         T* block = Allocate(a, n);
         if (block == nullptr) return nullptr;
+        if constexpr (kBulk) {
+            E::ConstructRepeated(block, t, n);
+            Adopt(x, block, n, n);
+            return x;
+        }
         T* out = block;
         for (; out != block + n; ++out) {
             if (E::ConstructCopy(out, t) == nullptr) return AbandonBlock(x, block, out, n);
@@ -79,6 +95,11 @@ public:
         if (n > kMaxSize) return nullptr;
         T* block = Allocate(a, n);
         if (block == nullptr) return nullptr;
+        if constexpr (kBulk) {
+            E::ConstructCopies(block, first, n);
+            Adopt(x, block, n, n);
+            return x;
+        }
         T* out = block;
         for (const T* s = first; s != last; ++s, ++out) {
             if (E::ConstructCopy(out, s) == nullptr) return AbandonBlock(x, block, out, n);
@@ -110,6 +131,11 @@ public:
             if (block == nullptr) return nullptr;
             x->begin = x->end = block;
             x->endBuf = block + ySize;
+            if constexpr (kBulk) {
+                E::ConstructCopies(block, y->begin, ySize);
+                x->end = block + ySize;
+                return x;
+            }
             for (const T* s = y->begin; s != y->end; ++s) {
                 if (E::ConstructCopy(x->end, s) == nullptr) return nullptr;
                 ++x->end;
@@ -124,6 +150,11 @@ public:
         if (xSize > ySize) {
             DestroyBackward(x->begin + ySize, x->end);
             x->end = x->begin + ySize;
+        }
+        if constexpr (kBulk) {
+            E::ConstructCopies(x->end, y->begin + common, ySize - common);
+            x->end = x->begin + ySize;
+            return x;
         }
         for (const T* s = y->begin + common; s != y->end; ++s) {
             if (E::ConstructCopy(x->end, s) == nullptr) return nullptr;
@@ -202,6 +233,11 @@ public:
         // has it; capped at the largest count, which still holds n.
         const Size wanted = size + n > kMaxSize ? kMaxSize : size + n;
         if (wanted > Capacity(x)) return RebuildAround(x, x->end, n - size, wanted, Repeat(t)) ? ORV_TRUE : ORV_FALSE;
+        if constexpr (kBulk) {
+            E::ConstructRepeated(x->end, t, n - size);
+            x->end = x->begin + n;
+            return ORV_TRUE;
+        }
         T* const oldEnd = x->end;
         while (x->end != x->begin + n) {
             if (E::ConstructCopy(x->end, t) == nullptr) {
@@ -224,12 +260,13 @@ public:
 
     static OrvBool PushBack(R* x, const T* t)
     {
-        if (x->end == x->endBuf) {
-            const Size size = SizeOf(x);
-            if (size >= kMaxSize) return ORV_FALSE;
-            return RebuildAround(x, x->end, 1, GrowOne(size), Repeat(t)) ? ORV_TRUE : ORV_FALSE;
+        if (x->end == x->endBuf) [[unlikely]]
+            return GrowAndPush(x, t);
+        if constexpr (kBulk) {
+            E::ConstructCopy(x->end, t);
+        } else if (E::ConstructCopy(x->end, t) == nullptr) {
+            return ORV_FALSE;
         }
-        if (E::ConstructCopy(x->end, t) == nullptr) return ORV_FALSE;
         ++x->end;
         return ORV_TRUE;
     }
@@ -306,12 +343,27 @@ public:
     }
 
 private:
-    static T* Allocate(OrvAllocator* a, Size n) { return static_cast<T*>(OrvAllocatorAllocate(a, n * sizeof(T))); }
-    static void Deallocate(OrvAllocator* a, T* block, Size n) { OrvAllocatorDeallocate(a, block, n * sizeof(T)); }
+    // The allocator's own callbacks, called as OrvAllocatorAllocate and
+    // OrvAllocatorDeallocate call them.
+    static T* Allocate(OrvAllocator* a, Size n) { return static_cast<T*>(a->allocate(a, n * sizeof(T))); }
+    static void Deallocate(OrvAllocator* a, T* block, Size n) { a->deallocate(a, block, n * sizeof(T)); }
 
+    [[gnu::noinline]] static OrvBool GrowAndPush(R* x, const T* t)
+    {
+        const Size size = SizeOf(x);
+        if (size >= kMaxSize) return ORV_FALSE;
+        return RebuildAround(x, x->end, 1, GrowOne(size), Repeat(t)) ? ORV_TRUE : ORV_FALSE;
+    }
+
+    // Last first. The slots a few steps ahead are fetched early: each destruction may
+    // be an atomic step that holds back the loads after it.
     static void DestroyBackward(T* first, T* last)
     {
-        while (last != first) E::Destruct(--last);
+        constexpr std::uintptr_t kAhead = 8 * sizeof(T);
+        while (last != first) {
+            __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(last) - kAhead));
+            E::Destruct(--last);
+        }
     }
 
     static void Adopt(R* x, T* block, Size size, Size capacity)
@@ -384,6 +436,19 @@ private:
     {
         T* block = Allocate(x->allocator, capacity);
         if (block == nullptr) return false;
+        if constexpr (kBulk) {
+            // The elements around the gap in two runs; the new ones one by one (their
+            // sources may be anywhere, the old block included).
+            const Size before = static_cast<Size>(pos - x->begin);
+            const Size after = static_cast<Size>(x->end - pos);
+            E::ConstructCopies(block, x->begin, before);
+            for (Size k = 0; k < count; ++k) E::ConstructCopy(block + before + k, source(k));
+            E::ConstructCopies(block + before + count, pos, after);
+            const Size newSize = before + count + after;
+            Destruct(x);
+            Adopt(x, block, newSize, capacity);
+            return true;
+        }
         T* out = block;
         auto put = [&out](const T* src) {
             if (E::ConstructCopy(out, src) == nullptr) return false;
