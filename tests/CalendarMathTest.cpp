@@ -120,6 +120,16 @@ TEST(IsLeap, GregorianRuleForEveryYear)
         EXPECT_EQ(IsLeap(c.year) != 0, c.leap) << c.year;
         EXPECT_EQ(YearLength(c.year), c.leap ? 366 : 365) << c.year;
     }
+    // The masked form against the rule as usually written, at both ends of the 32-bit
+    // years and across two cycles around year 0.
+    for (OrvInt64 y : {INT64_C(-2147483648), INT64_C(-2147483600), INT64_C(2147483600), INT64_C(2147483647)}) {
+        for (OrvInt64 k = 0; k < 48; ++k) {
+            const OrvInt64 year = y < 0 ? y + k : y - k;
+            EXPECT_EQ(IsLeap(static_cast<OrvInt>(year)) != 0, year % 4 == 0 && (year % 100 != 0 || year % 400 == 0)) << year;
+        }
+    }
+    for (OrvInt year = -400; year <= 400; ++year)
+        EXPECT_EQ(IsLeap(year) != 0, year % 4 == 0 && (year % 100 != 0 || year % 400 == 0)) << year;
 }
 
 TEST(DivDown, FloorsTowardsMinusInfinityWithNonNegativeRemainder)
@@ -158,6 +168,8 @@ TEST(CivilFromDays, EveryInstantDayMatchesReferenceBothWays)
         ASSERT_EQ(DayInMonth(fast.year, fast.month, fast.day + 1), fast.day < MonthLength(fast.year, fast.month));
         if (fast.month == 1 && fast.day == 1) yday = 1;
         ASSERT_EQ(DayOfYear(fast.year, fast.month, fast.day), yday) << days;
+        const MonthDay md = MonthDayOfYear(fast.year, yday);
+        ASSERT_TRUE(md.month == fast.month && md.day == fast.day) << days;
         ASSERT_EQ(WeekdayOfDays(days), wday) << days;
         ASSERT_EQ(DaysFromCivil(fast.year, fast.month, fast.day), days);
         ASSERT_EQ(RefDaysSinceEpoch(fast.year, fast.month, fast.day), days);

@@ -14,6 +14,7 @@
 
 #include <concepts>
 #include <cstdint>
+#include <type_traits>
 
 namespace orv::cal {
 
@@ -45,11 +46,14 @@ inline constexpr OrvInt monthDays[2][12] = {
     {0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335},
 };
 
-// Gregorian leap rule for every year, negative years included (exact divisibility).
+// Gregorian leap rule for every year, negative years included (exact divisibility):
+// 4 | y, and of the century years (25 | y) only those with 16 | y, which are the ones
+// that 400 divides. Two masks and one division by a constant.
 template <std::signed_integral T>
 constexpr OrvBool IsLeap(T year)
 {
-    return (year % 4 == 0 && (year % 100 != 0 || year % 400 == 0)) ? ORV_TRUE : ORV_FALSE;
+    const auto bits = static_cast<std::make_unsigned_t<T>>(year); // two's complement: masks test divisibility
+    return ((bits & 3) == 0 && ((bits & 15) == 0 || year % 25 != 0)) ? ORV_TRUE : ORV_FALSE;
 }
 
 template <std::signed_integral T>
@@ -79,6 +83,40 @@ template <std::signed_integral T>
 constexpr OrvInt64 DayOfYear(T year, OrvInt month, OrvInt64 day)
 {
     return monthDays[IsLeap(year)][month - 1] + day;
+}
+
+struct MonthDay {
+    OrvInt month; // 1..12
+    OrvInt day;   // 1..31
+};
+
+// Month and day of day of the year yday, 1 .. YearLength(year).
+template <std::signed_integral T>
+constexpr MonthDay MonthDayOfYear(T year, OrvInt yday)
+{
+    const OrvInt* const row = monthDays[IsLeap(year)];
+    OrvInt month = 12;
+    while (row[month - 1] >= yday) --month;
+    return {month, yday - row[month - 1]};
+}
+
+// Seconds of hours, minutes and seconds, any values: T wide enough for the sum.
+template <std::integral T>
+constexpr T SecondsFromHms(T hour, T minute, T second)
+{
+    return hour * T{kSecondsPerHour} + minute * T{kSecondsPerMinute} + second;
+}
+
+template <std::integral T>
+struct Hms {
+    T hour, minute, second;
+};
+
+// Hours (any number of them), minutes 0..59 and seconds 0..59 of secs >= 0 seconds.
+template <std::integral T>
+constexpr Hms<T> HmsFromSeconds(T secs)
+{
+    return {secs / T{kSecondsPerHour}, secs / T{kSecondsPerMinute} % T{kMinutesPerHour}, secs % T{kSecondsPerMinute}};
 }
 
 // floor(a / b) for b > 0, with *mod = a - b * floor(a / b) in [0, b - 1]: the truncating
@@ -295,16 +333,15 @@ constexpr Reading ReadingFromLocalNanoseconds(OrvInt64 localNs)
     const OrvInt64 secs = DivDownAndMod<OrvInt64>(localNs, kNanosecondsPerSecond, &nanos); // [-9223372037, 9223372036]
     OrvInt64 secOfDay;
     const OrvInt64 days = DivDownAndMod<OrvInt64>(secs, kSecondsPerDay, &secOfDay);       // [-106752, 106751]
-    const OrvInt sod = static_cast<OrvInt>(secOfDay);                                                // [0, 86399]
+    const Hms<OrvInt> hms = HmsFromSeconds(static_cast<OrvInt>(secOfDay));                           // of [0, 86399]
     const CivilDate date = CivilFromInstantDays(static_cast<OrvInt>(days));
-    return {date.year, date.month, date.day, sod / kSecondsPerHour, sod / kSecondsPerMinute % kMinutesPerHour,
-            sod % kSecondsPerMinute, nanos};
+    return {date.year, date.month, date.day, hms.hour, hms.minute, hms.second, nanos};
 }
 
 // Seconds since 1970-01-01T00:00 of a time of day, any fields, on a day count.
 constexpr OrvInt64 LocalSecondsFromDays(OrvInt64 days, OrvInt64 hour, OrvInt64 minute, OrvInt64 second)
 {
-    return days * kSecondsPerDay + hour * kSecondsPerHour + minute * kSecondsPerMinute + second;
+    return days * kSecondsPerDay + SecondsFromHms(hour, minute, second);
 }
 
 // Seconds since 1970-01-01T00:00 of a local reading, every field as it stands (the

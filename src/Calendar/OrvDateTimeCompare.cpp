@@ -21,8 +21,7 @@ struct UtcKey {
 UtcKey UtcKeyOf(const OrvDateTime* d)
 {
     using namespace orv::cal;
-    const OrvInt64 secs = OrvInt64{d->hour} * kSecondsPerHour + OrvInt64{d->min} * kSecondsPerMinute + d->sec -
-                          d->offset / kNanosecondsPerSecond;
+    const OrvInt64 secs = SecondsFromHms<OrvInt64>(d->hour, d->min, d->sec) - d->offset / kNanosecondsPerSecond;
     const OrvInt64 nanos = d->nanosec - d->offset % kNanosecondsPerSecond; // (-10^9, 2 * 10^9)
     const OrvInt64 daySecs = secs + DivDown<OrvInt64>(nanos, kNanosecondsPerSecond);
     return {DaysFromFields(d->year, d->month, d->monthDay) + DivDown<OrvInt64>(daySecs, kSecondsPerDay),

@@ -103,13 +103,7 @@ OrvBool OrvDateTimeAddToField(OrvDateTime* d, OrvDateTimeField f, OrvInt inc)
     if (FitsInt(sum)) {
         *target = static_cast<OrvInt>(sum);
     } else {
-        d->nanosec = static_cast<OrvInt>(w.nanosecond);
-        d->sec = static_cast<OrvInt>(w.second);
-        d->min = static_cast<OrvInt>(w.minute);
-        d->hour = static_cast<OrvInt>(w.hour);
-        d->monthDay = static_cast<OrvInt>(w.day);
-        d->month = static_cast<OrvInt>(w.month);
-        d->year = static_cast<OrvInt>(w.year);
+        orv::detail::StoreReading(d, w);
     }
 
     // Time fields keep the offset in force, so the instant moves by exactly the amount

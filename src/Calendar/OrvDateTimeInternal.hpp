@@ -5,6 +5,7 @@
 
 #include "Orv/Calendar/OrvDateTime.h"
 
+#include "Calendar/CalendarMath.hpp"
 #include "Timezone/GlobalUtc.hpp"
 
 extern "C" {
@@ -51,6 +52,28 @@ inline bool Less(const OrvDateTime* a, const OrvDateTime* b)
 {
     if (IsConsistent(a) && IsConsistent(b)) return a->wallTime < b->wallTime;
     return OrvDateTimeLess(a, b) != ORV_FALSE;
+}
+
+// Stores the seven fields of a reading as they stand (no check, no flag changed).
+inline void StoreReading(OrvDateTime* d, OrvInt year, OrvInt month, OrvInt day, OrvInt hour, OrvInt minute,
+                         OrvInt second, OrvInt nanosecond)
+{
+    d->nanosec = nanosecond;
+    d->sec = second;
+    d->min = minute;
+    d->hour = hour;
+    d->monthDay = day;
+    d->month = month;
+    d->year = year;
+}
+
+// The same for a 64-bit reading whose fields are in range; the year wraps modulo 2^32
+// beyond the 32-bit years.
+inline void StoreReading(OrvDateTime* d, const cal::Reading& r)
+{
+    StoreReading(d, static_cast<OrvInt>(r.year), static_cast<OrvInt>(r.month), static_cast<OrvInt>(r.day),
+                 static_cast<OrvInt>(r.hour), static_cast<OrvInt>(r.minute), static_cast<OrvInt>(r.second),
+                 static_cast<OrvInt>(r.nanosecond));
 }
 
 // Takes the zone for a new value: tz, or the global UTC zone and floating when tz is

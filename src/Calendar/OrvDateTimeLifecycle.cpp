@@ -92,13 +92,7 @@ OrvDateTime* OrvDateTimeConstructFields(OrvDateTime* d, OrvInt year, OrvInt mont
                                         OrvInt minute, OrvInt second, OrvInt nanosecs, const OrvTimezone* tz)
 {
     orv::detail::TakeZone(d, tz);
-    d->nanosec = nanosecs;
-    d->sec = second;
-    d->min = minute;
-    d->hour = hour;
-    d->monthDay = day;
-    d->month = month;
-    d->year = year;
+    orv::detail::StoreReading(d, year, month, day, hour, minute, second, nanosecs);
     d->normalized = ORV_FALSE;
     d->wallTime = ORV_TIME_INVALID;
     d->offset = ORV_TIME_INVALID;

@@ -13,17 +13,10 @@ using namespace orv::cal;
 
 constexpr const char* kLogFile = "Orv/Calendar/OrvDateTime";
 
-// Stores a reading whose fields are in range; the year wraps modulo 2^32 beyond the
-// 32-bit years.
+// Stores a reading whose fields are in range, as the value's consistent fields.
 inline void StoreFields(OrvDateTime* d, const Reading& r)
 {
-    d->nanosec = static_cast<OrvInt>(r.nanosecond);
-    d->sec = static_cast<OrvInt>(r.second);
-    d->min = static_cast<OrvInt>(r.minute);
-    d->hour = static_cast<OrvInt>(r.hour);
-    d->monthDay = static_cast<OrvInt>(r.day);
-    d->month = static_cast<OrvInt>(r.month);
-    d->year = static_cast<OrvInt>(r.year);
+    orv::detail::StoreReading(d, r);
     d->normalized = ORV_TRUE;
 }
 

@@ -56,20 +56,18 @@ OrvInt64 QuantityOf(Quantity q, const OrvDateTime* d)
     case Quantity::Second: return d->sec;
     case Quantity::Nanos: return d->nanosec;
     case Quantity::Weekday: return detail::OrvDateTimeCalculateDayOfWeek(d);
-    case Quantity::WeekU: {
-        const OrvInt yday0 = detail::DayOfYearInRange(d) - 1;
-        return (yday0 + 7 - detail::OrvDateTimeCalculateDayOfWeek(d)) / 7;
-    }
-    case Quantity::WeekW: {
-        const OrvInt yday0 = detail::DayOfYearInRange(d) - 1;
-        return (yday0 + 7 - (detail::OrvDateTimeCalculateDayOfWeek(d) + 6) % 7) / 7;
-    }
+    // %U and %W: weeks from the first Sunday or Monday, the days before it week 0.
+    case Quantity::WeekU:
+        return detail::WeekInPeriod(detail::OrvDateTimeCalculateDayOfWeek(d), detail::DayOfYearInRange(d),
+                                    ORV_WEEKDAY_Sunday, cal::kDaysPerWeek);
+    case Quantity::WeekW:
+        return detail::WeekInPeriod(detail::OrvDateTimeCalculateDayOfWeek(d), detail::DayOfYearInRange(d),
+                                    ORV_WEEKDAY_Monday, cal::kDaysPerWeek);
     case Quantity::WeekV: return detail::OrvDateTimeCalculateWeekOfYear(d);
     case Quantity::Epoch: {
         if (d->wallTime != ORV_TIME_INVALID) return cal::DivDown<OrvInt64>(d->wallTime, cal::kNanosecondsPerSecond);
         // A date outside the instant range: its seconds still fit 64 bits.
-        const OrvInt64 local = cal::DaysFromCivil(d->year, d->month, d->monthDay) * cal::kSecondsPerDay +
-                               OrvInt64{d->hour} * 3600 + OrvInt64{d->min} * 60 + d->sec;
+        const OrvInt64 local = cal::LocalSecondsFromFields(d->year, d->month, d->monthDay, d->hour, d->min, d->sec);
         return local + cal::DivDown<OrvInt64>(d->nanosec - d->offset, cal::kNanosecondsPerSecond);
     }
     case Quantity::Count: break;

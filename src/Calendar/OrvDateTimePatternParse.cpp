@@ -309,11 +309,10 @@ OrvTextStatus Reading(const Parser& ps, TextFields* f, OrvUint32* used)
         }
     } else {
         const auto& yday = use(Quantity::DayOfYear);
-        const bool leap = orv::cal::IsLeap(f->year);
         if (yday.value > orv::cal::YearLength(f->year)) return Refuse(ORV_TEXTERROR_FieldRange, yday.pos);
-        f->month = 12;
-        while (orv::cal::monthDays[leap][f->month - 1] >= yday.value) --f->month;
-        f->day = static_cast<OrvInt>(yday.value - orv::cal::monthDays[leap][f->month - 1]);
+        const orv::cal::MonthDay md = orv::cal::MonthDayOfYear(f->year, static_cast<OrvInt>(yday.value));
+        f->month = md.month;
+        f->day = md.day;
         f->monthPos = f->dayPos = yday.pos;
     }
     if (ps.Has(Quantity::Hour)) {

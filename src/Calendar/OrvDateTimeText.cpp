@@ -42,13 +42,7 @@ void CopyReading(OrvDateTime* d, const OrvDateTime& s)
 OrvTextError SettleInZone(OrvDateTime* scratch, TextFields f, const Target& t)
 {
     Alias(scratch, t);
-    scratch->nanosec = f.nanos;
-    scratch->sec = f.sec;
-    scratch->min = f.min;
-    scratch->hour = f.hour;
-    scratch->monthDay = f.day;
-    scratch->month = f.month;
-    scratch->year = f.year;
+    detail::StoreReading(scratch, f.year, f.month, f.day, f.hour, f.min, f.sec, f.nanos);
     scratch->normalized = ORV_FALSE;
     scratch->wallTime = ORV_TIME_INVALID;
     scratch->offset = ORV_TIME_INVALID;
@@ -122,7 +116,7 @@ bool ReadZone(Cursor* c, TextZone* z, OrvTextStatus* refusal)
         *refusal = Refuse(ORV_TEXTERROR_OffsetRange, signPos);
         return false;
     }
-    const OrvTime magnitude = ((hh * 60 + mm) * 60 + ss) * ORV_TIME_NANOSECONDS_PER_SECOND;
+    const OrvTime magnitude = cal::SecondsFromHms(hh, mm, ss) * cal::kNanosecondsPerSecond;
     *z = {ZoneKind::Offset, sign == '-' ? -magnitude : magnitude, signPos};
     return true;
 }
@@ -169,14 +163,13 @@ char* PutOffset(char* p, OrvTime offset, bool colon)
     *p++ = offset < 0 ? '-' : '+';
     const unsigned long long magnitude =
         offset < 0 ? 0ULL - static_cast<unsigned long long>(offset) : static_cast<unsigned long long>(offset);
-    const unsigned long long secs = magnitude / ORV_TIME_NANOSECONDS_PER_SECOND;
-    const unsigned long long hours = secs / 3600;
-    p = hours < 100 ? Put2(p, static_cast<unsigned>(hours)) : PutInt(p, static_cast<OrvInt64>(hours), 2);
+    const auto hms = cal::HmsFromSeconds(magnitude / ORV_TIME_NANOSECONDS_PER_SECOND);
+    p = hms.hour < 100 ? Put2(p, static_cast<unsigned>(hms.hour)) : PutInt(p, static_cast<OrvInt64>(hms.hour), 2);
     if (colon) *p++ = ':';
-    p = Put2(p, static_cast<unsigned>(secs / 60 % 60));
-    if (secs % 60 != 0) {
+    p = Put2(p, static_cast<unsigned>(hms.minute));
+    if (hms.second != 0) {
         if (colon) *p++ = ':';
-        p = Put2(p, static_cast<unsigned>(secs % 60));
+        p = Put2(p, static_cast<unsigned>(hms.second));
     }
     return p;
 }

@@ -93,12 +93,8 @@ struct TextFields {
 inline OrvTextStatus CheckFields(const TextFields& f)
 {
     if (f.month < 1 || f.month > 12) return Refuse(ORV_TEXTERROR_FieldRange, f.monthPos);
-    if (f.day < 1 || f.day > 28) {
-        // The Gregorian rule, without a division: 4 | y, and 25 | y only with 16 | y.
-        const auto y = static_cast<OrvUint32>(f.year);
-        const bool leap = (y & 3) == 0 && ((y & 15) == 0 || static_cast<OrvInt>(f.year) % 25 != 0);
-        if (f.day < 1 || f.day > cal::monthLengths[leap][f.month - 1]) return Refuse(ORV_TEXTERROR_FieldRange, f.dayPos);
-    }
+    if ((f.day < 1 || f.day > 28) && !cal::DayInMonth(f.year, f.month, f.day))
+        return Refuse(ORV_TEXTERROR_FieldRange, f.dayPos);
     if (f.hour < 0 || f.hour > 23) return Refuse(ORV_TEXTERROR_FieldRange, f.hourPos);
     if (f.min < 0 || f.min > 59) return Refuse(ORV_TEXTERROR_FieldRange, f.minPos);
     if (f.sec < 0 || f.sec > 59) return Refuse(ORV_TEXTERROR_FieldRange, f.secPos);
@@ -150,15 +146,8 @@ inline OrvTextError Settle(OrvDateTime* scratch, const TextFields& f, const Targ
     if (t.offset == ORV_TIME_INVALID || f.year < 1678 || f.year > 2261) [[unlikely]]
         return SettleInZone(scratch, f, t);
     Alias(scratch, t);
-    const OrvInt64 secs = cal::DaysFromCivil(f.year, f.month, f.day) * cal::kSecondsPerDay + OrvInt64{f.hour} * 3600 +
-                          OrvInt64{f.min} * 60 + f.sec;
-    scratch->nanosec = f.nanos;
-    scratch->sec = f.sec;
-    scratch->min = f.min;
-    scratch->hour = f.hour;
-    scratch->monthDay = f.day;
-    scratch->month = f.month;
-    scratch->year = f.year;
+    const OrvInt64 secs = cal::LocalSecondsFromDays(cal::DaysFromCivil(f.year, f.month, f.day), f.hour, f.min, f.sec);
+    detail::StoreReading(scratch, f.year, f.month, f.day, f.hour, f.min, f.sec, f.nanos);
     scratch->normalized = ORV_TRUE;
     scratch->offset = t.offset;
     scratch->wallTime = secs * cal::kNanosecondsPerSecond + f.nanos - t.offset;

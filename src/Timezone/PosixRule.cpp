@@ -85,7 +85,7 @@ public:
             if (!Number(2, 59, &m)) return false;
             if (Eat(':') && !Number(2, 59, &s)) return false;
         }
-        *out = sign * (h * kSecondsPerHour + m * 60 + s);
+        *out = sign * cal::SecondsFromHms(h, m, s);
         return true;
     }
 
@@ -132,7 +132,7 @@ std::int64_t RuleDay(const PosixRuleDate& d, std::int64_t year)
     const std::int64_t first = cal::DaysFromCivil(year, d.month, 1);
     const std::int64_t delta = cal::FloorMod(d.weekday - cal::WeekdayOfDays(first), cal::kDaysPerWeek);
     std::int64_t monthDay = 1 + delta + 7 * (d.week - 1); // [1, 35]
-    const std::int64_t length = cal::monthLengths[cal::IsLeap(year)][d.month - 1];
+    const std::int64_t length = cal::MonthLength(year, d.month);
     while (monthDay > length) monthDay -= 7; // week 5 means the last such weekday
     return first + monthDay - 1;
 }
