@@ -3,26 +3,18 @@
 #include "Common.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <new>
 #include <string>
+#include <vector>
+
+#include <sys/stat.h>
 
 namespace orvcal {
 
 namespace {
-
-// An ordered set of date-times, destructed with its holder.
-class DateTimeSet {
-public:
-    DateTimeSet() { OrvSet_OrvDateTimeConstruct(&set_, OrvAllocatorGetDefault()); }
-    ~DateTimeSet() { OrvSet_OrvDateTimeDestruct(&set_); }
-    DateTimeSet(const DateTimeSet&) = delete;
-    DateTimeSet& operator=(const DateTimeSet&) = delete;
-    OrvSet_OrvDateTime* get() { return &set_; }
-
-private:
-    OrvSet_OrvDateTime set_;
-};
 
 // A file opened for reading, closed with its holder; standard input is borrowed.
 class InputFile {
@@ -122,28 +114,181 @@ private:
     std::size_t nonBlank_ = 0;
 };
 
-// Appends the text of every element, ascending or (reverse) descending.
-bool WriteAll(OrvSet_OrvDateTime* set, bool reverse, std::string* out)
+// One good line, as sort keeps it: where its value falls in the order of the ordered
+// set (OrvDateTimeLess: by instant, and by the UTC reading where a value has no instant,
+// which is the same order), its place among the good lines, and its text. 24 bytes
+// instead of a set node and its value, and one sort instead of a tree walk per line.
+struct Entry {
+    OrvInt64 seconds; // the value's UTC reading: whole seconds since 1970-01-01T00:00:00...
+    OrvUint32 nanos;  // ...and nanoseconds, 0..999999999
+    OrvUint32 order;  // 0, 1, 2, ... in input order: of equal values the first is written
+    std::uint64_t text;   // the compact form's fields (Pack), or kSpelled with an index into the spelled texts
+};
+
+constexpr OrvInt64 kNanosPerSecond = ORV_TIME_NANOSECONDS_PER_SECOND;
+constexpr std::uint64_t kSpelled = std::uint64_t{1} << 63;
+
+// floor(a / b) and the remainder that goes with it (0 <= r < b), for b > 0.
+void FloorDivide(OrvInt64 a, OrvInt64 b, OrvInt64* q, OrvInt64* r)
 {
-    auto put = [out](const OrvDateTime* d) {
-        const std::optional<std::string> text = TextOf(d);
-        if (text) *out += *text + "\n";
-        return text.has_value();
+    *q = a / b;
+    *r = a % b;
+    if (*r < 0) {
+        *q -= 1;
+        *r += b;
+    }
+}
+
+// The UTC reading of d as seconds and nanoseconds: its instant when it has one; for a
+// value without an instant (a date outside 1677..2262), its fields read as local time
+// minus its offset, exactly what OrvDateTimeLess compares such values by. Values
+// equal here are one key of the set. False for a value without an offset, which no
+// line gives.
+bool UtcReading(const OrvDateTime* d, OrvInt64* seconds, OrvUint32* nanos)
+{
+    OrvInt64 s = 0;
+    OrvInt64 ns = 0;
+    const OrvTime wall = OrvDateTimeGetWallTime(d); // normalizes, as the set's comparisons do
+    if (wall != ORV_TIME_INVALID) {
+        FloorDivide(wall, kNanosPerSecond, &s, &ns);
+    } else {
+        if (d->offset == ORV_TIME_INVALID) return false;
+        // |days| < 2^40, so the local seconds stay below 2^57.
+        const OrvInt64 local = OrvDateTimeGetDaysSincePosixEpoch_(d) * 86400 + OrvInt64{d->hour} * 3600 +
+                               OrvInt64{d->min} * 60 + d->sec;
+        OrvInt64 offsetSeconds = 0;
+        OrvInt64 offsetNanos = 0;
+        FloorDivide(d->offset, kNanosPerSecond, &offsetSeconds, &offsetNanos);
+        s = local - offsetSeconds;
+        ns = OrvInt64{d->nanosec} - offsetNanos;
+        if (ns < 0) {
+            ns += kNanosPerSecond;
+            s -= 1;
+        }
+    }
+    *seconds = s;
+    *nanos = static_cast<OrvUint32>(ns);
+    return true;
+}
+
+// The fields TextOf writes ("%04d%02d%02dT%02d%02d%02d", then Z for a value in the
+// global UTC zone that is not floating), packed: year 14 bits, month 4, day 5, hour 5,
+// minute 6, second 6, Z 1. False when a field is outside the range that packs, and
+// then the text is spelled out by TextOf instead.
+bool Pack(const OrvDateTime* d, std::uint64_t* packed)
+{
+    const auto in = [](OrvInt v, OrvInt lo, OrvInt hi) { return v >= lo && v <= hi; };
+    if (!in(d->year, 0, 9999) || !in(d->month, 1, 12) || !in(d->monthDay, 1, 31) || !in(d->hour, 0, 23) ||
+        !in(d->min, 0, 59) || !in(d->sec, 0, 59))
+        return false;
+    const bool z = OrvDateTimeIsUTC(d) && !OrvDateTimeIsFloating(d);
+    std::uint64_t p = static_cast<std::uint64_t>(d->year);
+    p = p << 4 | static_cast<std::uint64_t>(d->month);
+    p = p << 5 | static_cast<std::uint64_t>(d->monthDay);
+    p = p << 5 | static_cast<std::uint64_t>(d->hour);
+    p = p << 6 | static_cast<std::uint64_t>(d->min);
+    p = p << 6 | static_cast<std::uint64_t>(d->sec);
+    *packed = p << 1 | (z ? 1 : 0);
+    return true;
+}
+
+// Appends the packed text and a newline: 16 or 17 characters.
+void AppendPacked(std::uint64_t p, std::string* out)
+{
+    char buf[17];
+    const bool z = (p & 1) != 0;
+    p >>= 1;
+    const auto field = [&p](int bits) {
+        const auto v = static_cast<unsigned>(p & ((std::uint64_t{1} << bits) - 1));
+        p >>= bits;
+        return v;
     };
-    if (reverse) {
-        // A reverse iterator holds the node after the element it designates: it starts
-        // at the end position and stops at the least element's.
-        OrvSet_OrvDateTimeReverseIterator it = OrvSet_OrvDateTimeEnd(set);
-        const OrvSet_OrvDateTimeReverseIterator stop = OrvSet_OrvDateTimeBegin(set);
-        for (; !OrvSet_OrvDateTimeReverseIteratorEqual(&it, &stop); OrvSet_OrvDateTimeReverseIteratorIncrement(&it))
-            if (!put(OrvSet_OrvDateTimeReverseIteratorContentOfConst(&it))) return false;
+    const unsigned sec = field(6), min = field(6), hour = field(5), day = field(5), month = field(4);
+    const auto year = static_cast<unsigned>(p);
+    const auto two = [&buf](int at, unsigned v) {
+        buf[at] = static_cast<char>('0' + v / 10);
+        buf[at + 1] = static_cast<char>('0' + v % 10);
+    };
+    two(0, year / 100);
+    two(2, year % 100);
+    two(4, month);
+    two(6, day);
+    buf[8] = 'T';
+    two(9, hour);
+    two(11, min);
+    two(13, sec);
+    std::size_t n = 15;
+    if (z) buf[n++] = 'Z';
+    buf[n++] = '\n';
+    out->append(buf, n);
+}
+
+// The good lines of the input: every one kept, with its text.
+class Entries {
+public:
+    // Room for the lines a file of `bytes` bytes can hold (a text takes at least 15
+    // characters and a line ending), so that a file is read without growing the
+    // storage; only touched slots take memory.
+    void ReserveFor(OrvInt64 bytes)
+    {
+        if (bytes > 0) entries_.reserve(static_cast<std::size_t>(std::min<OrvInt64>(bytes / 16 + 1, OrvInt64{1} << 22)));
+    }
+
+    // False when there is no room for the text or the line, or too many lines to number.
+    bool Add(const OrvDateTime* d)
+    {
+        Entry e{};
+        if (!UtcReading(d, &e.seconds, &e.nanos)) return false;
+        if (entries_.size() >= UINT32_MAX) return false;
+        e.order = static_cast<OrvUint32>(entries_.size());
+        if (!Pack(d, &e.text)) {
+            const std::optional<std::string> text = TextOf(d);
+            if (!text) return false;
+            e.text = kSpelled | spelled_.size();
+            spelled_.push_back(*text);
+        }
+        entries_.push_back(e);
         return true;
     }
-    OrvSet_OrvDateTimeIterator it = OrvSet_OrvDateTimeBegin(set);
-    const OrvSet_OrvDateTimeIterator end = OrvSet_OrvDateTimeEnd(set);
-    for (; !OrvSet_OrvDateTimeIteratorEqual(&it, &end); OrvSet_OrvDateTimeIteratorIncrement(&it))
-        if (!put(OrvSet_OrvDateTimeIteratorContentOfConst(&it))) return false;
-    return true;
+
+    // Sorts, keeps the first of every run of equal values and appends their texts,
+    // ascending or (reverse) descending.
+    void WriteUnique(bool reverse, std::string* out)
+    {
+        std::sort(entries_.begin(), entries_.end(), [](const Entry& a, const Entry& b) {
+            if (a.seconds != b.seconds) return a.seconds < b.seconds;
+            if (a.nanos != b.nanos) return a.nanos < b.nanos;
+            return a.order < b.order;
+        });
+        auto same = [](const Entry& a, const Entry& b) { return a.seconds == b.seconds && a.nanos == b.nanos; };
+        const auto end = std::unique(entries_.begin(), entries_.end(), same); // keeps the first of each run
+        std::size_t bytes = 0;
+        for (auto it = entries_.begin(); it != end; ++it)
+            bytes += (it->text & kSpelled) != 0 ? spelled_[it->text & ~kSpelled].size() + 1 : 16 + (it->text & 1);
+        out->reserve(out->size() + bytes);
+        auto put = [&](const Entry& e) {
+            if ((e.text & kSpelled) == 0) return AppendPacked(e.text, out);
+            *out += spelled_[e.text & ~kSpelled];
+            *out += '\n';
+        };
+        if (reverse) {
+            for (auto it = end; it != entries_.begin();) put(*--it);
+        } else {
+            for (auto it = entries_.begin(); it != end; ++it) put(*it);
+        }
+    }
+
+private:
+    std::vector<Entry> entries_;
+    std::vector<std::string> spelled_;
+};
+
+// The size of a regular file, or 0.
+OrvInt64 FileSize(std::FILE* f)
+{
+    struct stat st {};
+    if (fstat(fileno(f), &st) != 0 || !S_ISREG(st.st_mode)) return 0;
+    return static_cast<OrvInt64>(st.st_size);
 }
 
 } // namespace
@@ -172,29 +317,34 @@ int RunSort(Invocation& inv)
     const InputFile file(path);
     if (file.get() == nullptr) return inv.Refuse("FILE", path, "a file that can be read");
 
-    DateTimeSet set;
-    LineReader lines(file.get());
-    std::size_t lineNumber = 0;
-    std::size_t bad = 0;
-    while (lines.Next()) {
-        ++lineNumber;
-        if (lines.Blank()) continue;
-        DateTime value;
-        if (ReadDateTimeLine(inv, lineNumber, lines.Kept(), lines.Length(), zone, &value) != kOk) {
-            inv.ReportNow();
-            ++bad;
-            continue;
+    // Every good line is kept as an Entry and sorted once at the end; equal values are
+    // one, the first of them written, as an ordered set of the values would have them.
+    try {
+        Entries entries;
+        entries.ReserveFor(FileSize(file.get()));
+        LineReader lines(file.get());
+        std::size_t lineNumber = 0;
+        std::size_t bad = 0;
+        while (lines.Next()) {
+            ++lineNumber;
+            if (lines.Blank()) continue;
+            DateTime value;
+            if (ReadDateTimeLine(inv, lineNumber, lines.Kept(), lines.Length(), zone, &value) != kOk) {
+                inv.ReportNow();
+                ++bad;
+                continue;
+            }
+            if (!entries.Add(value.get())) return inv.Internal("out of memory");
         }
-        const OrvPair_OrvSet_OrvDateTimeIterator__OrvBool r = OrvSet_OrvDateTimeInsert(set.get(), value.get());
-        if (r.first == OrvSet_OrvDateTimeEnd(set.get())) return inv.Internal("out of memory");
+        if (lines.Failed()) return inv.Refuse("FILE", path, "a file that can be read");
+        entries.WriteUnique(reverse, &inv.Out());
+        if (bad == 0) return kOk;
+        // The good lines are still written; the status says that some were skipped.
+        return inv.Skipped("skipped " + std::to_string(bad) + " bad line" + (bad == 1 ? "" : "s") + " of " +
+                           std::to_string(lineNumber));
+    } catch (const std::bad_alloc&) {
+        return inv.Internal("out of memory");
     }
-    if (lines.Failed()) return inv.Refuse("FILE", path, "a file that can be read");
-
-    if (!WriteAll(set.get(), reverse, &inv.Out())) return inv.Internal("cannot write the text form");
-    if (bad == 0) return kOk;
-    // The good lines are still written; the status says that some were skipped.
-    return inv.Skipped("skipped " + std::to_string(bad) + " bad line" + (bad == 1 ? "" : "s") + " of " +
-                       std::to_string(lineNumber));
 }
 
 } // namespace orvcal
