@@ -226,12 +226,15 @@ void AppendPacked(std::uint64_t p, std::string* out)
 // The good lines of the input: every one kept, with its text.
 class Entries {
 public:
-    // Room for the lines a file of `bytes` bytes can hold (a text takes at least 15
-    // characters and a line ending), so that a file is read without growing the
-    // storage; only touched slots take memory.
-    void ReserveFor(OrvInt64 bytes)
+    // Once kSample lines are kept, room for as many more as the rest of a file of
+    // fileBytes bytes holds at the rate seen so far (read bytes of input), and a tenth
+    // more: the storage then does not grow, copying itself, while a large file is read.
+    static constexpr std::size_t kSample = 4096;
+    void Expect(OrvInt64 fileBytes, OrvInt64 read)
     {
-        if (bytes > 0) entries_.reserve(static_cast<std::size_t>(std::min<OrvInt64>(bytes / 16 + 1, OrvInt64{1} << 22)));
+        if (entries_.size() != kSample || read <= 0 || fileBytes <= read) return;
+        const double expected = static_cast<double>(kSample) * static_cast<double>(fileBytes) / static_cast<double>(read);
+        if (expected < static_cast<double>(std::size_t{1} << 31)) entries_.reserve(static_cast<std::size_t>(expected * 1.1));
     }
 
     // False when there is no room for the text or the line, or too many lines to number.
@@ -321,12 +324,14 @@ int RunSort(Invocation& inv)
     // one, the first of them written, as an ordered set of the values would have them.
     try {
         Entries entries;
-        entries.ReserveFor(FileSize(file.get()));
+        const OrvInt64 fileBytes = FileSize(file.get());
+        OrvInt64 read = 0;
         LineReader lines(file.get());
         std::size_t lineNumber = 0;
         std::size_t bad = 0;
         while (lines.Next()) {
             ++lineNumber;
+            read += static_cast<OrvInt64>(lines.Length()) + 1;
             if (lines.Blank()) continue;
             DateTime value;
             if (ReadDateTimeLine(inv, lineNumber, lines.Kept(), lines.Length(), zone, &value) != kOk) {
@@ -335,6 +340,7 @@ int RunSort(Invocation& inv)
                 continue;
             }
             if (!entries.Add(value.get())) return inv.Internal("out of memory");
+            entries.Expect(fileBytes, read);
         }
         if (lines.Failed()) return inv.Refuse("FILE", path, "a file that can be read");
         entries.WriteUnique(reverse, &inv.Out());
