@@ -29,8 +29,9 @@ struct DateTimeElement {
 
     static OrvDateTime* ConstructCopy(OrvDateTime* d, const OrvDateTime* s)
     {
+        OrvSharedPtrRefCount* const ref = s->tz.impl.ref;
         std::memcpy(static_cast<void*>(d), s, sizeof *d);
-        if (d->tz.impl.ref != nullptr) AddUses(d->tz.impl.ref, 1);
+        if (ref != nullptr) AddUses(ref, 1);
         return d;
     }
 
