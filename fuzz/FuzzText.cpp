@@ -79,9 +79,12 @@ void Iso(std::string_view text, const OrvTimezone* tz, OrvInt digits, OrvString*
     }
     OrvInt cut = 1;
     for (OrvInt i = digits < 0 ? 9 : digits; i < 9; ++i) cut *= 10;
-    // Cut digits move the instant back, before the first instant for the first one.
+    // Cut digits move the instant back: before the first instant for the first one; to
+    // an instant for the reading whose instant would be ORV_TIME_INVALID itself.
     if (d.wallTime != ORV_TIME_INVALID && __builtin_sub_overflow(d.wallTime, d.nanosec % cut, &d.wallTime))
         d.wallTime = ORV_TIME_INVALID;
+    if (d.wallTime == ORV_TIME_INVALID && back.wallTime > ORV_TIME_INVALID - ORV_TIME_NANOSECONDS_PER_SECOND)
+        d.wallTime = back.wallTime;
     d.nanosec -= d.nanosec % cut;
     CheckSame(d, back);
     FUZZ_CHECK(OrvDateTimeGetISO8601(&back, s, digits) && written == OrvStringCStr(s));
