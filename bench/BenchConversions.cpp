@@ -1,16 +1,18 @@
-// Instant <-> fields conversions against glibc and std::chrono, over a fixed pseudo-random
-// spread of instants across the whole instant range (1677-2262).
+// Instant <-> fields conversions against glibc, std::chrono and, as the limit, Neri and
+// Schneider's published day-count algorithm written out beside the loop, over a fixed
+// pseudo-random spread of instants across the whole instant range (1677-2262).
 #include "Calendar/OrvDateTimeInternal.hpp"
 #include "RatioReporter.h"
 
 #include <chrono>
+#include <cstdint>
 #include <ctime>
 #include <random>
 #include <vector>
 
 namespace {
 
-constexpr std::size_t kCount = 4096;
+constexpr std::size_t kCount = 8192; // a power of two
 
 struct Sample {
     OrvTime instant;
@@ -84,6 +86,74 @@ void InstantToFieldsChrono(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
+// Neri and Schneider, "Euclidean affine functions and their application to calendar
+// algorithms" (2022): days since 1970-01-01 to the civil date in 32-bit arithmetic, on
+// a computational calendar that starts 82 cycles of 400 years before year 0.
+struct NsDate {
+    int year;
+    unsigned month, day;
+};
+
+inline NsDate NeriSchneiderDate(std::int32_t days)
+{
+    constexpr std::uint32_t kShift = 82, kK = 719468 + 146097 * kShift, kL = 400 * kShift;
+    const std::uint32_t n = static_cast<std::uint32_t>(days) + kK;
+    const std::uint32_t n1 = 4 * n + 3;
+    const std::uint32_t c = n1 / 146097;
+    const std::uint32_t nc = n1 % 146097 / 4;
+    const std::uint32_t n2 = 4 * nc + 3;
+    const std::uint64_t p2 = std::uint64_t{2939745} * n2;
+    const std::uint32_t z = static_cast<std::uint32_t>(p2 >> 32);
+    const std::uint32_t ny = static_cast<std::uint32_t>(p2) / 2939745 / 4;
+    const std::uint32_t n3 = 2141 * ny + 197913;
+    const std::uint32_t m = n3 >> 16;
+    const std::uint32_t d = (n3 & 0xFFFF) / 2141;
+    const std::uint32_t j = ny >= 306;
+    return {static_cast<int>(100 * c + z + j - kL), j ? m - 12 : m, d + 1};
+}
+
+// The peer's split of an instant: floor division into days, the second of the day and
+// the nanosecond of the second.
+struct NsSplit {
+    std::int32_t days;
+    unsigned secOfDay;
+    std::int32_t nanos;
+};
+
+inline NsSplit SplitInstant(OrvTime t)
+{
+    OrvTime secs = t / 1000000000, nanos = t % 1000000000;
+    if (nanos < 0) nanos += 1000000000, --secs;
+    OrvTime days = secs / 86400, sod = secs % 86400;
+    if (sod < 0) sod += 86400, --days;
+    return {static_cast<std::int32_t>(days), static_cast<unsigned>(sod), static_cast<std::int32_t>(nanos)};
+}
+
+void InstantToFieldsNeriSchneider(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const NsSplit split = SplitInstant(samples[i++ & (kCount - 1)].instant);
+        const NsDate date = NeriSchneiderDate(split.days);
+        benchmark::DoNotOptimize(date);
+        benchmark::DoNotOptimize(split.secOfDay / 3600);
+        benchmark::DoNotOptimize(split.secOfDay / 60 % 60);
+        benchmark::DoNotOptimize(split.secOfDay % 60);
+        benchmark::DoNotOptimize(split.nanos);
+    }
+    for (const Sample& s : samples) {
+        const NsSplit split = SplitInstant(s.instant);
+        const NsDate date = NeriSchneiderDate(split.days);
+        if (date.year != s.year || static_cast<int>(date.month) != s.month || static_cast<int>(date.day) != s.day ||
+            static_cast<int>(split.secOfDay) != (s.hour * 60 + s.min) * 60 + s.sec || split.nanos != s.nanos) {
+            state.SkipWithError("wrong reading");
+            break;
+        }
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
 void FieldsToInstantOrv(benchmark::State& state)
 {
     const auto& samples = Samples();
@@ -147,6 +217,7 @@ void NormalizeConsistentOrv(benchmark::State& state)
 BENCHMARK(InstantToFieldsOrv)->Name("InstantToFields:orv");
 BENCHMARK(InstantToFieldsGmtime)->Name("InstantToFields:gmtime_r");
 BENCHMARK(InstantToFieldsChrono)->Name("InstantToFields:std::chrono");
+BENCHMARK(InstantToFieldsNeriSchneider)->Name("InstantToFields:neri-schneider");
 BENCHMARK(FieldsToInstantOrv)->Name("FieldsToInstant:orv");
 BENCHMARK(FieldsToInstantTimegm)->Name("FieldsToInstant:timegm");
 BENCHMARK(FieldsToInstantChrono)->Name("FieldsToInstant:std::chrono");

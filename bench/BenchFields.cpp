@@ -1,7 +1,11 @@
 // Field reads and ordering on consistent values: day of week and ISO week of year
-// against std::chrono (weekday plus the ISO Thursday rule), and OrvDateTimeLess against
-// a plain comparison of two int64 as the floor. Every row walks the same fixed
-// pseudo-random spread of dates, 1900-2100, in several fixed zones.
+// against std::chrono (weekday plus the ISO Thursday rule), both of a value together,
+// and OrvDateTimeLess against a plain comparison of two int64 as the floor. Every row
+// walks the same fixed pseudo-random spread of dates, 1900-2100, in several fixed zones.
+//
+// Field writes: the seven OrvDateTimeSetField calls of a whole reading and the instant
+// read back (OrvDateTimeGetWallTime), beside the same reading written straight into the
+// members, marked pending as SetField marks it, and read back the same way: the floor.
 #include "Orv/Calendar/OrvDateTime.h"
 #include "RatioReporter.h"
 
@@ -100,6 +104,79 @@ void WeekOfYearChrono(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
+void WeekdayIsoWeekOrv(benchmark::State& state)
+{
+    const OrvDateTime* values = Get().values.data();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const OrvDateTime* d = &values[i++ & (kCount - 1)];
+        benchmark::DoNotOptimize(OrvDateTimeGetField(d, ORV_DATETIMEFIELD_DayOfWeek));
+        benchmark::DoNotOptimize(OrvDateTimeGetField(d, ORV_DATETIMEFIELD_WeekOfYear));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void WeekdayIsoWeekChrono(benchmark::State& state)
+{
+    const year_month_day* dates = Get().dates.data();
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const year_month_day ymd = dates[i++ & (kCount - 1)];
+        benchmark::DoNotOptimize(weekday{sys_days{ymd}}.c_encoding());
+        benchmark::DoNotOptimize(IsoWeek(ymd));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+// A value in UTC to write the readings of the samples into.
+struct UtcTarget {
+    OrvDateTime d;
+    UtcTarget() { OrvDateTimeConstructDefault(&d); }
+    ~UtcTarget() { OrvDateTimeDestruct(&d); }
+};
+
+void SetFieldsOrv(benchmark::State& state)
+{
+    const OrvDateTime* values = Get().values.data();
+    UtcTarget target;
+    OrvDateTime* d = &target.d;
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const OrvDateTime& s = values[i++ & (kCount - 1)];
+        OrvDateTimeSetField(d, ORV_DATETIMEFIELD_Year, s.year);
+        OrvDateTimeSetField(d, ORV_DATETIMEFIELD_Month, s.month);
+        OrvDateTimeSetField(d, ORV_DATETIMEFIELD_DayOfMonth, s.monthDay);
+        OrvDateTimeSetField(d, ORV_DATETIMEFIELD_Hour, s.hour);
+        OrvDateTimeSetField(d, ORV_DATETIMEFIELD_Minute, s.min);
+        OrvDateTimeSetField(d, ORV_DATETIMEFIELD_Second, s.sec);
+        OrvDateTimeSetField(d, ORV_DATETIMEFIELD_Nanosecond, s.nanosec);
+        benchmark::DoNotOptimize(OrvDateTimeGetWallTime(d));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void SetFieldsMembers(benchmark::State& state)
+{
+    const OrvDateTime* values = Get().values.data();
+    UtcTarget target;
+    OrvDateTime* d = &target.d;
+    std::size_t i = 0;
+    for (auto _ : state) {
+        const OrvDateTime& s = values[i++ & (kCount - 1)];
+        d->year = s.year;
+        d->month = s.month;
+        d->monthDay = s.monthDay;
+        d->hour = s.hour;
+        d->min = s.min;
+        d->sec = s.sec;
+        d->nanosec = s.nanosec;
+        d->normalized = ORV_FALSE;
+        d->offset = ORV_TIME_INVALID;
+        benchmark::DoNotOptimize(OrvDateTimeGetWallTime(d));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
 void LessOrv(benchmark::State& state)
 {
     const OrvDateTime* values = Get().values.data();
@@ -128,5 +205,9 @@ BENCHMARK(DayOfWeekOrv)->Name("DayOfWeek:orv");
 BENCHMARK(DayOfWeekChrono)->Name("DayOfWeek:std::chrono");
 BENCHMARK(WeekOfYearOrv)->Name("WeekOfYear:orv");
 BENCHMARK(WeekOfYearChrono)->Name("WeekOfYear:std::chrono");
+BENCHMARK(WeekdayIsoWeekOrv)->Name("WeekdayIsoWeek:orv");
+BENCHMARK(WeekdayIsoWeekChrono)->Name("WeekdayIsoWeek:std::chrono");
+BENCHMARK(SetFieldsOrv)->Name("SetFields:orv");
+BENCHMARK(SetFieldsMembers)->Name("SetFields:members");
 BENCHMARK(LessOrv)->Name("Less:orv");
 BENCHMARK(LessInt64)->Name("Less:int64");

@@ -1,8 +1,10 @@
 // The text form against the C library: writing a value (OrvDateTimeGetString beside
 // strftime with "%Y%m%dT%H%M%SZ" from a struct tm) and reading one (OrvDateTimeConstructCStr
-// + OrvDateTimeDestruct beside strptime into a struct tm, and strptime followed by
-// timegm, which like the library also yields the instant). Samples are spread over
-// 1970-2100 so that no branch sees the same digits every time.
+// + OrvDateTimeDestruct, and OrvDateTimeSetCStr into an existing value, beside strptime
+// into a struct tm, and strptime followed by timegm, which like the library also yields
+// the instant); and both beside a hand-written fixed-width writer and reader of exactly
+// that form, the limit. Samples are spread over 1970-2100 so that no branch sees the
+// same digits every time.
 //
 // ISO 8601 with nanoseconds and an offset, "2024-05-01T09:30:00.123456789+02:00",
 // beside a hand-written fixed-width writer (from the same fields) and reader (digits,
@@ -48,6 +50,65 @@ const std::vector<Sample>& Samples()
     return samples;
 }
 
+inline char* Put2(char* p, unsigned v)
+{
+    p[0] = static_cast<char>('0' + v / 10);
+    p[1] = static_cast<char>('0' + v % 10);
+    return p + 2;
+}
+
+// Days since 1970-01-01 of a date of years 1..9999, by the usual era arithmetic.
+OrvTime HandDays(int y, int m, int d)
+{
+    const int yy = y - (m <= 2);
+    const int era = yy / 400;
+    const int yoe = yy - era * 400;
+    const int doy = (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;
+    return OrvTime{era} * 146097 + yoe * 365 + yoe / 4 - yoe / 100 + doy - 719468;
+}
+
+bool HandFieldsInRange(int y, int m, int d, int hh, int mm, int ss)
+{
+    static constexpr int kDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const bool leap = y % 4 == 0 && (y % 100 != 0 || y % 400 == 0);
+    return m >= 1 && m <= 12 && d >= 1 && d <= kDays[m - 1] + (m == 2 && leap) && hh <= 23 && mm <= 59 && ss <= 59;
+}
+
+// The peer compact writer: the same fields, YYYYMMDDTHHMMSSZ, into a buffer.
+void HandWriteCompact(const OrvDateTime& d, char* out)
+{
+    char* p = Put2(out, static_cast<unsigned>(d.year / 100));
+    p = Put2(p, static_cast<unsigned>(d.year % 100));
+    p = Put2(p, static_cast<unsigned>(d.month));
+    p = Put2(p, static_cast<unsigned>(d.monthDay));
+    *p++ = 'T';
+    p = Put2(p, static_cast<unsigned>(d.hour));
+    p = Put2(p, static_cast<unsigned>(d.min));
+    p = Put2(p, static_cast<unsigned>(d.sec));
+    *p++ = 'Z';
+    *p = '\0';
+}
+
+// The peer compact reader: every digit and both letters checked, the ranges, and the
+// instant.
+bool HandReadCompact(const char* s, OrvTime* out)
+{
+    static constexpr char kShape[] = "ddddddddTddddddZ";
+    for (std::size_t i = 0; i < 16; ++i) {
+        if (kShape[i] == 'd' ? static_cast<unsigned>(s[i] - '0') > 9 : kShape[i] != s[i]) return false;
+    }
+    if (s[16] != '\0') return false;
+    auto num = [s](int at, int n) {
+        int v = 0;
+        for (int i = 0; i < n; ++i) v = v * 10 + (s[at + i] - '0');
+        return v;
+    };
+    const int y = num(0, 4), m = num(4, 2), d = num(6, 2), hh = num(9, 2), mm = num(11, 2), ss = num(13, 2);
+    if (!HandFieldsInRange(y, m, d, hh, mm, ss)) return false;
+    *out = (HandDays(y, m, d) * 86400 + hh * 3600 + mm * 60 + ss) * ORV_TIME_NANOSECONDS_PER_SECOND;
+    return true;
+}
+
 void FormatOrv(benchmark::State& state)
 {
     const auto& samples = Samples();
@@ -78,6 +139,22 @@ void FormatStrftime(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
+void FormatHand(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    std::vector<OrvDateTime> values(kCount);
+    for (std::size_t i = 0; i < kCount; ++i) OrvDateTimeConstruct(&values[i], samples[i].instant, OrvFixedTimezoneGetUTC());
+    char buf[32];
+    std::size_t i = 0;
+    for (auto _ : state) {
+        HandWriteCompact(values[i++ & (kCount - 1)], buf);
+        benchmark::DoNotOptimize(buf);
+    }
+    if (samples[(i - 1) & (kCount - 1)].text != buf) state.SkipWithError("wrong text");
+    for (OrvDateTime& d : values) OrvDateTimeDestruct(&d);
+    state.SetItemsProcessed(state.iterations());
+}
+
 void ParseOrv(benchmark::State& state)
 {
     const auto& samples = Samples();
@@ -97,6 +174,39 @@ void ParseOrv(benchmark::State& state)
         state.SkipWithError("wrong instant");
     else
         OrvDateTimeDestruct(&check);
+    state.SetItemsProcessed(state.iterations());
+}
+
+void ParseHand(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    std::size_t i = 0;
+    OrvTime sum = 0;
+    for (auto _ : state) {
+        OrvTime t;
+        if (HandReadCompact(samples[i++ & (kCount - 1)].text.c_str(), &t)) sum += t;
+    }
+    benchmark::DoNotOptimize(sum);
+    OrvTime t = 0;
+    if (!HandReadCompact(samples[0].text.c_str(), &t) || t != samples[0].instant) state.SkipWithError("wrong instant");
+    state.SetItemsProcessed(state.iterations());
+}
+
+// Replacing the reading of an existing value (in UTC; the texts name UTC themselves).
+void SetCStrOrv(benchmark::State& state)
+{
+    const auto& samples = Samples();
+    OrvDateTime d;
+    OrvDateTimeConstructDefault(&d);
+    std::size_t i = 0;
+    OrvTime sum = 0;
+    for (auto _ : state) {
+        if (OrvDateTimeSetCStr(&d, samples[i++ & (kCount - 1)].text.c_str())) sum += d.wallTime;
+    }
+    benchmark::DoNotOptimize(sum);
+    if (!OrvDateTimeSetCStr(&d, samples[0].text.c_str()) || d.wallTime != samples[0].instant)
+        state.SkipWithError("wrong instant");
+    OrvDateTimeDestruct(&d);
     state.SetItemsProcessed(state.iterations());
 }
 
@@ -162,13 +272,6 @@ const IsoSamples& Iso()
 }
 
 // The peer writer: the same fields, the same form, fixed width, into a buffer.
-inline char* Put2(char* p, unsigned v)
-{
-    p[0] = static_cast<char>('0' + v / 10);
-    p[1] = static_cast<char>('0' + v % 10);
-    return p + 2;
-}
-
 void HandWrite(const OrvDateTime& d, char* out)
 {
     char* p = Put2(out, static_cast<unsigned>(d.year / 100));
@@ -213,16 +316,8 @@ bool HandRead(const char* s, std::size_t len, OrvTime* out)
     };
     const int y = num(0, 4), m = num(5, 2), d = num(8, 2), hh = num(11, 2), mm = num(14, 2), ss = num(17, 2);
     const int oh = num(30, 2), om = num(33, 2);
-    static constexpr int kDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool leap = y % 4 == 0 && (y % 100 != 0 || y % 400 == 0);
-    if (m < 1 || m > 12 || d < 1 || d > kDays[m - 1] + (m == 2 && leap) || hh > 23 || mm > 59 || ss > 59 || oh > 23 ||
-        om > 59)
-        return false;
-    const int yy = y - (m <= 2);
-    const int era = yy / 400; // years 0..9999 here
-    const int yoe = yy - era * 400;
-    const int doy = (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;
-    const OrvTime days = OrvTime{era} * 146097 + yoe * 365 + yoe / 4 - yoe / 100 + doy - 719468;
+    if (!HandFieldsInRange(y, m, d, hh, mm, ss) || oh > 23 || om > 59) return false;
+    const OrvTime days = HandDays(y, m, d);
     const OrvTime offset = (s[29] == '-' ? -1 : 1) * (OrvTime{oh} * 60 + om) * 60;
     *out = ((days * 86400 + hh * 3600 + mm * 60 + ss) - offset) * ORV_TIME_NANOSECONDS_PER_SECOND + num(20, 9);
     return true;
@@ -373,6 +468,11 @@ BENCHMARK(PatternParseOrv)->Name("PatternParse:orv");
 BENCHMARK(PatternParseStrptime)->Name("PatternParse:strptime");
 BENCHMARK(FormatOrv)->Name("Format:orv");
 BENCHMARK(FormatStrftime)->Name("Format:strftime");
+BENCHMARK(FormatHand)->Name("Format:fixed-width");
 BENCHMARK(ParseOrv)->Name("Parse:orv");
 BENCHMARK(ParseStrptime)->Name("Parse:strptime");
 BENCHMARK(ParseStrptimeTimegm)->Name("Parse:strptime+timegm");
+BENCHMARK(ParseHand)->Name("Parse:fixed-width");
+BENCHMARK(SetCStrOrv)->Name("SetCStr:orv");
+BENCHMARK(ParseStrptime)->Name("SetCStr:strptime");
+BENCHMARK(ParseHand)->Name("SetCStr:fixed-width");

@@ -2,7 +2,8 @@
 // the zone's next transition after an instant, over a fixed pseudo-random spread of
 // instants from 1900 to 2100, beside glibc (localtime_r / mktime with TZ=Europe/Berlin),
 // cctz, Abseil and ICU when they are installed. The "orv" rows use the shared zone
-// (no count to change per value); "orv-counted" a zone of the caller's own.
+// (no count to change per value); "orv-counted" a zone of the caller's own. The
+// TzNy rows build values in America/New_York's shared zone beside cctz's conversions.
 #include "Orv/Calendar/OrvDateTime.h"
 #include "Orv/Calendar/OrvTzdbTimezone.h"
 #include "RatioReporter.h"
@@ -55,22 +56,44 @@ const OrvTimezone* CountedBerlin()
     return &tz;
 }
 
+constexpr const char* kNyZone = "America/New_York";
+
+const OrvTimezone* NewYork()
+{
+    const OrvTimezone* tz = OrvTzdbTimezoneGetShared(kNyZone);
+    if (tz == nullptr) {
+        std::fprintf(stderr, "cannot load %s from the zone database\n", kNyZone);
+        std::exit(1);
+    }
+    return tz;
+}
+
+// The instants and their local readings in tz.
+std::vector<Sample> MakeSamples(const OrvTimezone* tz)
+{
+    std::mt19937_64 rng(1900);
+    // 1900-01-01T00:00Z to 2100-01-01T00:00Z, whole seconds.
+    std::uniform_int_distribution<std::int64_t> dist(-2208988800, 4102444799);
+    std::vector<Sample> v;
+    for (std::size_t i = 0; i < kCount; ++i) {
+        const OrvTime t = dist(rng) * kNs;
+        OrvDateTime d;
+        OrvDateTimeConstruct(&d, t, tz);
+        v.push_back({t, d.year, d.month, d.monthDay, d.hour, d.min, d.sec});
+        OrvDateTimeDestruct(&d);
+    }
+    return v;
+}
+
 const std::vector<Sample>& Samples()
 {
-    static const std::vector<Sample> samples = [] {
-        std::mt19937_64 rng(1900);
-        // 1900-01-01T00:00Z to 2100-01-01T00:00Z, whole seconds.
-        std::uniform_int_distribution<std::int64_t> dist(-2208988800, 4102444799);
-        std::vector<Sample> v;
-        for (std::size_t i = 0; i < kCount; ++i) {
-            const OrvTime t = dist(rng) * kNs;
-            OrvDateTime d;
-            OrvDateTimeConstruct(&d, t, Berlin());
-            v.push_back({t, d.year, d.month, d.monthDay, d.hour, d.min, d.sec});
-            OrvDateTimeDestruct(&d);
-        }
-        return v;
-    }();
+    static const std::vector<Sample> samples = MakeSamples(Berlin());
+    return samples;
+}
+
+const std::vector<Sample>& NySamples()
+{
+    static const std::vector<Sample> samples = MakeSamples(NewYork());
     return samples;
 }
 
@@ -84,9 +107,8 @@ void UseGlibcZone()
 // Instant -> value
 // ---------------------------------------------------------------------------------
 
-void FromInstantOrv(benchmark::State& state, const OrvTimezone* tz)
+void FromInstantOrv(benchmark::State& state, const OrvTimezone* tz, const std::vector<Sample>& samples)
 {
-    const auto& samples = Samples();
     std::size_t i = 0;
     for (auto _ : state) {
         OrvDateTime d;
@@ -117,9 +139,8 @@ void FromInstantLocaltime(benchmark::State& state)
 // Local fields -> value
 // ---------------------------------------------------------------------------------
 
-void FromFieldsOrv(benchmark::State& state, const OrvTimezone* tz)
+void FromFieldsOrv(benchmark::State& state, const OrvTimezone* tz, const std::vector<Sample>& samples)
 {
-    const auto& samples = Samples();
     std::size_t i = 0;
     for (auto _ : state) {
         const Sample& s = samples[i++ & (kCount - 1)];
@@ -168,30 +189,39 @@ void NextTransitionOrv(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
-BENCHMARK_CAPTURE(FromInstantOrv, shared, Berlin())->Name("TzFromInstant:orv");
-BENCHMARK_CAPTURE(FromInstantOrv, counted, CountedBerlin())->Name("TzFromInstant:orv-counted");
+BENCHMARK_CAPTURE(FromInstantOrv, shared, Berlin(), Samples())->Name("TzFromInstant:orv");
+BENCHMARK_CAPTURE(FromInstantOrv, counted, CountedBerlin(), Samples())->Name("TzFromInstant:orv-counted");
 BENCHMARK(FromInstantLocaltime)->Name("TzFromInstant:localtime_r");
-BENCHMARK_CAPTURE(FromFieldsOrv, shared, Berlin())->Name("TzFromFields:orv");
-BENCHMARK_CAPTURE(FromFieldsOrv, counted, CountedBerlin())->Name("TzFromFields:orv-counted");
+BENCHMARK_CAPTURE(FromFieldsOrv, shared, Berlin(), Samples())->Name("TzFromFields:orv");
+BENCHMARK_CAPTURE(FromFieldsOrv, counted, CountedBerlin(), Samples())->Name("TzFromFields:orv-counted");
+BENCHMARK_CAPTURE(FromInstantOrv, ny, NewYork(), NySamples())->Name("TzNyFromInstant:orv");
+BENCHMARK_CAPTURE(FromFieldsOrv, ny, NewYork(), NySamples())->Name("TzNyFromFields:orv");
 BENCHMARK(FromFieldsMktime)->Name("TzFromFields:mktime");
 BENCHMARK(NextTransitionOrv)->Name("TzNextTransition:orv");
 
 #if ORV_BENCH_HAVE_CCTZ
+cctz::time_zone CctzLoad(const char* id)
+{
+    cctz::time_zone z;
+    if (!cctz::load_time_zone(id, &z)) std::fprintf(stderr, "cctz cannot load %s\n", id);
+    return z;
+}
+
 const cctz::time_zone& CctzBerlin()
 {
-    static const cctz::time_zone tz = [] {
-        cctz::time_zone z;
-        if (!cctz::load_time_zone(kZone, &z)) std::fprintf(stderr, "cctz cannot load %s\n", kZone);
-        return z;
-    }();
+    static const cctz::time_zone tz = CctzLoad(kZone);
     return tz;
 }
 
-void FromInstantCctz(benchmark::State& state)
+const cctz::time_zone& CctzNewYork()
+{
+    static const cctz::time_zone tz = CctzLoad(kNyZone);
+    return tz;
+}
+
+void FromInstantCctz(benchmark::State& state, const cctz::time_zone& tz, const std::vector<Sample>& samples)
 {
     using namespace std::chrono;
-    const auto& samples = Samples();
-    const cctz::time_zone& tz = CctzBerlin();
     std::size_t i = 0;
     for (auto _ : state) {
         const cctz::time_point<seconds> t{seconds{samples[i++ & (kCount - 1)].instant / kNs}};
@@ -201,10 +231,8 @@ void FromInstantCctz(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
-void FromFieldsCctz(benchmark::State& state)
+void FromFieldsCctz(benchmark::State& state, const cctz::time_zone& tz, const std::vector<Sample>& samples)
 {
-    const auto& samples = Samples();
-    const cctz::time_zone& tz = CctzBerlin();
     std::size_t i = 0;
     for (auto _ : state) {
         const Sample& s = samples[i++ & (kCount - 1)];
@@ -229,8 +257,10 @@ void NextTransitionCctz(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
-BENCHMARK(FromInstantCctz)->Name("TzFromInstant:cctz");
-BENCHMARK(FromFieldsCctz)->Name("TzFromFields:cctz");
+BENCHMARK_CAPTURE(FromInstantCctz, berlin, CctzBerlin(), Samples())->Name("TzFromInstant:cctz");
+BENCHMARK_CAPTURE(FromFieldsCctz, berlin, CctzBerlin(), Samples())->Name("TzFromFields:cctz");
+BENCHMARK_CAPTURE(FromInstantCctz, ny, CctzNewYork(), NySamples())->Name("TzNyFromInstant:cctz");
+BENCHMARK_CAPTURE(FromFieldsCctz, ny, CctzNewYork(), NySamples())->Name("TzNyFromFields:cctz");
 BENCHMARK(NextTransitionCctz)->Name("TzNextTransition:cctz");
 #endif
 
