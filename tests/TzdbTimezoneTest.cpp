@@ -258,6 +258,92 @@ TEST(TzdbPolicy, KnownChanges)
     }
 }
 
+// A plug-in zone that forwards both queries to a database zone: values in it take the
+// normalization's path for any plug-in, values in the database zone its own lookup.
+struct ForwardingZone {
+    struct Impl {
+        OrvTimezoneImpl base;
+        OrvTimezoneImpl* inner;
+    };
+    static OrvTime Offset(OrvTimezoneImpl* impl, OrvTime t)
+    {
+        OrvTimezoneImpl* inner = reinterpret_cast<Impl*>(impl)->inner;
+        return inner->plugIn->getOffset(inner, t);
+    }
+    static OrvTime FromFields(OrvTimezoneImpl* impl, OrvInt y, OrvInt mo, OrvInt d, OrvInt h, OrvInt mi, OrvInt s,
+                              OrvTime ns)
+    {
+        OrvTimezoneImpl* inner = reinterpret_cast<Impl*>(impl)->inner;
+        return inner->plugIn->getOffsetFromFields(inner, y, mo, d, h, mi, s, ns);
+    }
+    static constexpr OrvTimezoneImplPlugIn kPlugIn = {Offset, FromFields};
+
+    explicit ForwardingZone(const OrvTimezone* target) : impl{{&kPlugIn}, target->impl.ptr}
+    {
+        OrvTimezoneConstruct(&tz, &impl.base, alloc.get(), [](OrvVoidPtr, OrvAllocator*) {});
+    }
+    ~ForwardingZone() { OrvTimezoneDestruct(&tz); }
+    CountingAllocator alloc;
+    Impl impl;
+    OrvTimezone tz{};
+};
+
+// Every database zone, readings around each change of its table (and a spread of
+// others): a value built in the zone equals one built in a zone that forwards the
+// plug-in's two queries, fields, instant and offset.
+TEST(TzdbPolicy, ValuesFromFieldsAsThePlugInQueriesGiveThem)
+{
+    REQUIRE_DATABASE();
+    struct Reading {
+        OrvInt y, mo, d, h, mi, s, ns;
+    };
+    std::mt19937_64 rng(1883);
+    std::uniform_int_distribution<OrvTime> anyLocal(INT64_MIN, INT64_MAX);
+    for (const std::string& id : AllIds()) {
+        SCOPED_TRACE(id);
+        Zone z(id.c_str());
+        ASSERT_TRUE(z.ok);
+        ForwardingZone plain(&z.tz);
+        // Both ends of the instant range and beyond it, where the rule or the first
+        // local time type answers.
+        std::vector<Reading> readings = {{1677, 9, 21, 0, 12, 43, 145224192}, {1677, 9, 21, 0, 0, 0, 0},
+                                         {2262, 4, 11, 23, 47, 16, 854775807}, {2262, 4, 11, 23, 59, 0, 0},
+                                         {3000, 7, 1, 0, 0, 0, 0},             {1600, 1, 1, 0, 0, 0, 0}};
+        std::vector<OrvTime> locals;
+        for (int i = 0; i < 16; ++i) locals.push_back(anyLocal(rng));
+        // Each change's window of skipped or repeated readings, its first and last
+        // reading and those either side.
+        OrvTime at = 0, offset = 0, before = 0;
+        for (std::size_t i = 0; orv::tzdb::TransitionAt(&z.tz, i, &at, &offset); ++i, before = offset) {
+            const OrvTime size = std::max(before, offset) - std::min(before, offset);
+            OrvTime local = 0;
+            for (OrvTime n : {OrvTime{-1}, OrvTime{0}, size - 1, size})
+                if (i != 0 && !__builtin_add_overflow(at, std::min(before, offset) + n, &local)) locals.push_back(local);
+        }
+        for (OrvTime local : locals) {
+            OrvDateTime r; // the local reading, as the library reads the instant in UTC
+            ASSERT_NE(OrvDateTimeConstruct(&r, local, nullptr), nullptr);
+            readings.push_back({r.year, r.month, r.monthDay, r.hour, r.min, r.sec, r.nanosec});
+            OrvDateTimeDestruct(&r);
+        }
+        for (const Reading& r : readings) {
+            OrvDateTime fast, generic;
+            const bool a = OrvDateTimeConstructFields(&fast, r.y, r.mo, r.d, r.h, r.mi, r.s, r.ns, &z.tz) != nullptr;
+            const bool b = OrvDateTimeConstructFields(&generic, r.y, r.mo, r.d, r.h, r.mi, r.s, r.ns, &plain.tz) != nullptr;
+            const auto text = testing::Message() << r.y << "-" << r.mo << "-" << r.d << " " << r.h << ":" << r.mi << ":"
+                                                 << r.s << "." << r.ns;
+            ASSERT_EQ(a, b) << text;
+            if (!a) continue;
+            ASSERT_TRUE(fast.wallTime == generic.wallTime && fast.offset == generic.offset && fast.year == generic.year &&
+                        fast.month == generic.month && fast.monthDay == generic.monthDay && fast.hour == generic.hour &&
+                        fast.min == generic.min && fast.sec == generic.sec && fast.nanosec == generic.nanosec)
+                << text;
+            OrvDateTimeDestruct(&fast);
+            OrvDateTimeDestruct(&generic);
+        }
+    }
+}
+
 // ---------------------------------------------------------------------------------
 // The readers on made-up files and rules
 // ---------------------------------------------------------------------------------

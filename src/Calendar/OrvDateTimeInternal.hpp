@@ -11,7 +11,8 @@
 extern "C" {
 
 // Fields from wallTime + offset. False (error logged, nothing changed) when wallTime is
-// invalid or the sum leaves the 64-bit range.
+// invalid or the sum leaves the 64-bit range. detail::SetFieldsFromWall is the same
+// with its common case compiled in place.
 OrvBool OrvDateTimeSetFieldsFromWall(OrvDateTime* d);
 // Brings the value to the consistent state, or to "instant not representable". False
 // when the zone gives no offset, or when re-deriving the fields fails.
@@ -76,9 +77,38 @@ inline void StoreReading(OrvDateTime* d, const cal::Reading& r)
                  static_cast<OrvInt>(r.nanosecond));
 }
 
+// OrvTimezoneConstructCopy compiled in place: the handle, and one more use when it is
+// counted (shared and global zones are not).
+inline void CopyZoneHandle(OrvTimezone* tz, const OrvTimezone* orig)
+{
+    tz->impl = orig->impl;
+    if (tz->impl.ref != nullptr) OrvSharedPtrRefCountIncUseCount(tz->impl.ref);
+}
+
+// OrvDateTimeSetFieldsFromWall without the log line: false, nothing changed, when
+// wallTime is invalid or wallTime + offset leaves the 64-bit range.
+inline bool TrySetFieldsFromWall(OrvDateTime* d)
+{
+    OrvInt64 local;
+    if (d->wallTime == ORV_TIME_INVALID || __builtin_add_overflow(d->wallTime, d->offset, &local)) return false;
+    StoreReading(d, cal::ReadingFromLocalNanoseconds(local));
+    d->normalized = ORV_TRUE;
+    return true;
+}
+
+// OrvDateTimeSetFieldsFromWall, the common case in place, the failure (and its log
+// line) out of line.
+inline bool SetFieldsFromWall(OrvDateTime* d) { return TrySetFieldsFromWall(d) || OrvDateTimeSetFieldsFromWall(d); }
+
 // Takes the zone for a new value: tz, or the global UTC zone and floating when tz is
 // null; Monday and 4 for the week settings.
-void TakeZone(OrvDateTime* d, const OrvTimezone* tz);
+inline void TakeZone(OrvDateTime* d, const OrvTimezone* tz)
+{
+    d->floating = tz == nullptr ? ORV_TRUE : ORV_FALSE;
+    CopyZoneHandle(&d->tz, tz != nullptr ? tz : OrvFixedTimezoneGetUTC());
+    d->firstDayOfWeek = ORV_WEEKDAY_Monday;
+    d->minimalDaysInFirstWeek = 4;
+}
 
 } // namespace orv::detail
 

@@ -20,23 +20,6 @@ static_assert(offsetof(OrvDateTime, normalized) == 88);
 static_assert(offsetof(OrvDateTime, floating) == 89);
 static_assert(sizeof(OrvWeekday) == 4 && sizeof(OrvDateTimeField) == 4);
 
-namespace orv::detail {
-
-void TakeZone(OrvDateTime* d, const OrvTimezone* tz)
-{
-    if (tz != nullptr) {
-        OrvTimezoneConstructCopy(&d->tz, tz);
-        d->floating = ORV_FALSE;
-    } else {
-        OrvTimezoneConstructCopy(&d->tz, OrvFixedTimezoneGetUTC());
-        d->floating = ORV_TRUE;
-    }
-    d->firstDayOfWeek = ORV_WEEKDAY_Monday;
-    d->minimalDaysInFirstWeek = 4;
-}
-
-} // namespace orv::detail
-
 namespace {
 
 // Every member but the zone handle, which the caller copies or assigns with its count.
@@ -64,7 +47,7 @@ OrvDateTime* OrvDateTimeConstructDefault(OrvDateTime* d)
     orv::detail::TakeZone(d, OrvFixedTimezoneGetUTC());
     d->wallTime = 0;
     d->offset = 0;
-    if (!OrvDateTimeSetFieldsFromWall(d)) {
+    if (!orv::detail::SetFieldsFromWall(d)) {
         OrvTimezoneDestruct(&d->tz);
         return nullptr;
     }
@@ -74,29 +57,14 @@ OrvDateTime* OrvDateTimeConstructDefault(OrvDateTime* d)
 OrvDateTime* OrvDateTimeConstruct(OrvDateTime* d, OrvTime t, const OrvTimezone* tz)
 {
     orv::detail::TakeZone(d, tz);
-    const OrvTime offset = OrvTimezoneGetOffsetInline(&d->tz, t);
+    const OrvTime offset = orv::detail::IsGlobalUtc(&d->tz) ? 0 : OrvTimezoneGetOffsetInline(&d->tz, t);
     if (offset == ORV_TIME_INVALID) {
         OrvTimezoneDestruct(&d->tz);
         return nullptr;
     }
     d->wallTime = t;
     d->offset = offset;
-    if (!OrvDateTimeSetFieldsFromWall(d)) {
-        OrvTimezoneDestruct(&d->tz);
-        return nullptr;
-    }
-    return d;
-}
-
-OrvDateTime* OrvDateTimeConstructFields(OrvDateTime* d, OrvInt year, OrvInt month, OrvInt day, OrvInt hour,
-                                        OrvInt minute, OrvInt second, OrvInt nanosecs, const OrvTimezone* tz)
-{
-    orv::detail::TakeZone(d, tz);
-    orv::detail::StoreReading(d, year, month, day, hour, minute, second, nanosecs);
-    d->normalized = ORV_FALSE;
-    d->wallTime = ORV_TIME_INVALID;
-    d->offset = ORV_TIME_INVALID;
-    if (!OrvDateTimeNormalizeAndSetWall(d)) {
+    if (!orv::detail::SetFieldsFromWall(d)) {
         OrvTimezoneDestruct(&d->tz);
         return nullptr;
     }
@@ -105,7 +73,7 @@ OrvDateTime* OrvDateTimeConstructFields(OrvDateTime* d, OrvInt year, OrvInt mont
 
 OrvDateTime* OrvDateTimeConstructCopy(OrvDateTime* d, const OrvDateTime* orig)
 {
-    OrvTimezoneConstructCopy(&d->tz, &orig->tz);
+    orv::detail::CopyZoneHandle(&d->tz, &orig->tz);
     CopyAllButZone(d, orig);
     return d;
 }
@@ -118,7 +86,10 @@ OrvDateTime* OrvDateTimeAssign(OrvDateTime* d, const OrvDateTime* orig)
     return d;
 }
 
-void OrvDateTimeDestruct(OrvDateTime* d) { OrvTimezoneDestruct(&d->tz); }
+void OrvDateTimeDestruct(OrvDateTime* d)
+{
+    if (d->tz.impl.ref != nullptr) OrvTimezoneDestruct(&d->tz); // an uncounted zone holds nothing
+}
 
 const OrvTimezone* OrvDateTimeGetTimezone(const OrvDateTime* d) { return d->floating ? nullptr : &d->tz; }
 

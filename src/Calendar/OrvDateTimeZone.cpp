@@ -30,7 +30,7 @@ OrvBool OrvDateTimeConvertToTimezone(OrvDateTime* d, const OrvTimezone* tz)
     d->floating = tz == nullptr ? ORV_TRUE : ORV_FALSE;
     d->wallTime = t;
     d->offset = offset;
-    return OrvDateTimeSetFieldsFromWall(d); // cannot wrap: checked above
+    return orv::detail::SetFieldsFromWall(d) ? ORV_TRUE : ORV_FALSE; // cannot wrap: checked above
 }
 
 OrvBool OrvDateTimeSetTimezone(OrvDateTime* d, const OrvTimezone* tz)
@@ -87,13 +87,14 @@ OrvTime OrvDateTimeGetWallTime(const OrvDateTime* d)
 
 OrvBool OrvDateTimeSetWallTime(OrvDateTime* d, OrvTime t)
 {
-    const OrvTime offset = OrvTimezoneGetOffsetInline(&d->tz, t);
+    // The global UTC zone's offset is 0 at every instant: not asked.
+    const OrvTime offset = orv::detail::IsGlobalUtc(&d->tz) ? 0 : OrvTimezoneGetOffsetInline(&d->tz, t);
     if (offset == ORV_TIME_INVALID) return ORV_FALSE;
     const OrvTime oldWallTime = d->wallTime;
     const OrvTime oldOffset = d->offset;
     d->wallTime = t;
     d->offset = offset;
-    if (!OrvDateTimeSetFieldsFromWall(d)) {
+    if (!orv::detail::SetFieldsFromWall(d)) {
         d->wallTime = oldWallTime;
         d->offset = oldOffset;
         return ORV_FALSE;

@@ -188,20 +188,11 @@ OrvTime TzdbGetOffset(OrvTimezoneImpl* impl, OrvTime t)
 OrvTime TzdbGetOffsetFromFields(OrvTimezoneImpl* impl, OrvInt year, OrvInt month, OrvInt day, OrvInt hour,
                                 OrvInt minute, OrvInt second, OrvTime nanosecs)
 {
-    const auto* z = reinterpret_cast<const TzdbZone*>(impl);
     const std::int64_t secs = LocalSeconds(year, month, day, hour, minute, second);
-    OrvTime local = 0;
-    if (!LocalReading(secs, nanosecs, &local)) return OrvTime{FarReading(z, secs).offsetBefore} * kNsPerSecond;
-    const std::uint32_t i = FindByLocal(z, local);
-    const Transition* tr = z->transitions;
-    if (i == 0) return tr[0].offset;
-    const OrvTime before = tr[i - 1].offset;
-    const OrvTime after = tr[i].offset;
-    // Inside the change's window (skipped or repeated) the earlier offset applies.
-    return local < SaturatingAdd(tr[i].at, std::max(before, after)) ? before : after;
+    LocalOffset answer;
+    if (OffsetOfLocal(impl, secs, nanosecs, &answer)) return answer.offset;
+    return OrvTime{FarReading(reinterpret_cast<const TzdbZone*>(impl), secs).offsetBefore} * kNsPerSecond;
 }
-
-constexpr OrvTimezoneImplPlugIn kTzdbPlugIn = {TzdbGetOffset, TzdbGetOffsetFromFields};
 
 void TzdbDelete(OrvVoidPtr obj, OrvAllocator* a)
 {
@@ -478,6 +469,24 @@ OrvTimezone* BuildZone(OrvTimezone* tz, const TzifFile& f, const char* id, OrvAl
         return nullptr;
     }
     return tz;
+}
+
+extern const OrvTimezoneImplPlugIn kTzdbPlugIn = {TzdbGetOffset, TzdbGetOffsetFromFields};
+
+bool OffsetOfLocal(const OrvTimezoneImpl* impl, std::int64_t secs, OrvTime nanosecs, LocalOffset* out)
+{
+    const auto* z = reinterpret_cast<const TzdbZone*>(impl);
+    OrvTime local = 0;
+    if (!LocalReading(secs, nanosecs, &local)) return false;
+    const std::uint32_t i = FindByLocal(z, local);
+    const Transition* tr = z->transitions;
+    // Inside the window of change i (skipped or repeated) the earlier offset applies.
+    std::uint32_t k = i;
+    if (i != 0 && local < SaturatingAdd(tr[i].at, std::max(tr[i - 1].offset, tr[i].offset))) k = i - 1;
+    // The instants are strictly ascending, so by instant entry k holds from its own
+    // change to the instant before the next.
+    *out = {tr[k].offset, tr[k].at, k + 1 < z->count ? tr[k + 1].at - 1 : INT64_MAX};
+    return true;
 }
 
 const TzdbZone* AsTzdbZone(const OrvTimezone* tz)

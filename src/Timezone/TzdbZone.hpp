@@ -9,13 +9,34 @@
 #include "Timezone/TzifFile.hpp"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace orv::tzdb {
 
 struct TzdbZone;
 
+// The plug-in of every database zone.
+extern const OrvTimezoneImplPlugIn kTzdbPlugIn;
+
 // The database zone behind tz, or null when tz is not one.
 const TzdbZone* AsTzdbZone(const OrvTimezone* tz);
+
+// Whether impl is a database zone (tz->impl.ptr of a live handle).
+inline bool IsTzdbImpl(const OrvTimezoneImpl* impl) { return impl->plugIn == &kTzdbPlugIn; }
+
+// A database zone's answer for a local reading, and the instants [from, to] at which
+// its offset query by instant gives the same table entry, so the same offset.
+struct LocalOffset {
+    OrvTime offset;
+    OrvTime from;
+    OrvTime to;
+};
+
+// The offset the zone's getOffsetFromFields gives for the reading at local second secs
+// (secs = the reading's seconds since 1970-01-01T00:00 local, its month carried) plus
+// nanosecs, with its span. False, *out unchanged, when secs lies outside the instant
+// range: the table does not reach there and the plug-in call answers.
+bool OffsetOfLocal(const OrvTimezoneImpl* impl, std::int64_t secs, OrvTime nanosecs, LocalOffset* out);
 
 // The zone's id as it was built (cut to ORV_TZDB_ID_MAX bytes).
 const char* ZoneId(const TzdbZone* z);
