@@ -591,8 +591,9 @@ TEST_F(DateTimeSet, RandomizedAgainstStdSet)
         } else if (op < 84) {
             const int64_t hi = k + static_cast<int64_t>(rng() % 16);
             OrvSet_OrvDateTimeIterator first = OrvSet_OrvDateTimeLowerBound(&s, kp);
-            OrvSet_OrvDateTimeIterator last =
-                hi < static_cast<int64_t>(keys.size()) ? OrvSet_OrvDateTimeLowerBound(&s, probe(hi)) : OrvSet_OrvDateTimeEnd(&s);
+            OrvSet_OrvDateTimeIterator last = hi < static_cast<int64_t>(keys.size())
+                                                  ? OrvSet_OrvDateTimeLowerBound(&s, probe(hi))
+                                                  : OrvSet_OrvDateTimeEnd(&s);
             ASSERT_EQ(OrvSet_OrvDateTimeEraseRange(&s, first, last), last);
             model.erase(model.lower_bound(k), model.lower_bound(hi));
         } else if (op < 97) {

@@ -598,7 +598,8 @@ TEST(VectorRandomized, MatchesStdVectorModel)
 {
     CountingAllocator za;
     OrvTimezone zones[3];
-    for (int i = 0; i < 3; ++i) ASSERT_NE(OrvFixedTimezoneConstruct(&zones[i], (i + 1) * 3600 * kSecond, za.get()), nullptr);
+    for (int i = 0; i < 3; ++i)
+        ASSERT_NE(OrvFixedTimezoneConstruct(&zones[i], (i + 1) * 3600 * kSecond, za.get()), nullptr);
     Values values(64, {nullptr, &zones[0], &zones[0], &zones[1], &zones[2]});
     auto expectCounts = [&](const OrvVector_OrvDateTime* x, const OrvVector_OrvDateTime* y) {
         for (const OrvTimezone& z : zones) {

@@ -355,15 +355,9 @@ private:
         return RebuildAround(x, x->end, 1, GrowOne(size), Repeat(t)) ? ORV_TRUE : ORV_FALSE;
     }
 
-    // Last first. The slots a few steps ahead are fetched early: each destruction may
-    // be an atomic step that holds back the loads after it.
     static void DestroyBackward(T* first, T* last)
     {
-        constexpr std::uintptr_t kAhead = 8 * sizeof(T);
-        while (last != first) {
-            __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(last) - kAhead));
-            E::Destruct(--last);
-        }
+        while (last != first) E::Destruct(--last);
     }
 
     static void Adopt(R* x, T* block, Size size, Size capacity)

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -119,10 +120,10 @@ private:
 // which is the same order), its place among the good lines, and its text. 24 bytes
 // instead of a set node and its value, and one sort instead of a tree walk per line.
 struct Entry {
-    OrvInt64 seconds; // the value's UTC reading: whole seconds since 1970-01-01T00:00:00...
-    OrvUint32 nanos;  // ...and nanoseconds, 0..999999999
-    OrvUint32 order;  // 0, 1, 2, ... in input order: of equal values the first is written
-    std::uint64_t text;   // the compact form's fields (Pack), or kSpelled with an index into the spelled texts
+    OrvInt64 seconds;   // the value's UTC reading: whole seconds since 1970-01-01T00:00:00...
+    OrvUint32 nanos;    // ...and nanoseconds, 0..999999999
+    OrvUint32 order;    // 0, 1, 2, ... in input order: of equal values the first is written
+    std::uint64_t text; // the compact form's fields (Pack), or kSpelled and an index of the spelled texts
 };
 
 constexpr OrvInt64 kNanosPerSecond = ORV_TIME_NANOSECONDS_PER_SECOND;
@@ -226,15 +227,20 @@ void AppendPacked(std::uint64_t p, std::string* out)
 // The good lines of the input: every one kept, with its text.
 class Entries {
 public:
-    // Once kSample lines are kept, room for as many more as the rest of a file of
-    // fileBytes bytes holds at the rate seen so far (read bytes of input), and a tenth
-    // more: the storage then does not grow, copying itself, while a large file is read.
+    // Once kSample lines are kept, after `read` bytes of a file of fileBytes bytes,
+    // room for the lines the whole file holds at that rate, and a tenth more: the
+    // storage then does not grow, copying itself, while a large file is read. Without
+    // that room it grows as it must.
     static constexpr std::size_t kSample = 4096;
     void Expect(OrvInt64 fileBytes, OrvInt64 read)
     {
         if (entries_.size() != kSample || read <= 0 || fileBytes <= read) return;
-        const double expected = static_cast<double>(kSample) * static_cast<double>(fileBytes) / static_cast<double>(read);
-        if (expected < static_cast<double>(std::size_t{1} << 31)) entries_.reserve(static_cast<std::size_t>(expected * 1.1));
+        const double lines = 1.1 * kSample * static_cast<double>(fileBytes) / static_cast<double>(read);
+        if (lines >= static_cast<double>(std::size_t{1} << 31)) return;
+        try {
+            entries_.reserve(static_cast<std::size_t>(lines));
+        } catch (const std::bad_alloc&) {
+        }
     }
 
     // False when there is no room for the text or the line, or too many lines to number.
