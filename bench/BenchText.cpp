@@ -57,21 +57,24 @@ inline char* Put2(char* p, unsigned v)
     return p + 2;
 }
 
-// Days since 1970-01-01 of a date of years 1..9999, by the usual era arithmetic.
-OrvTime HandDays(int y, int m, int d)
+// Days since 1970-01-01 of a date of years 1..9999, by the usual era arithmetic, in
+// unsigned numbers (the years are positive here).
+OrvTime HandDays(unsigned y, unsigned m, unsigned d)
 {
-    const int yy = y - (m <= 2);
-    const int era = yy / 400;
-    const int yoe = yy - era * 400;
-    const int doy = (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;
-    return OrvTime{era} * 146097 + yoe * 365 + yoe / 4 - yoe / 100 + doy - 719468;
+    const unsigned yy = y - (m <= 2);
+    const unsigned era = yy / 400;
+    const unsigned yoe = yy - era * 400;
+    const unsigned doy = (153 * (m > 2 ? m - 3 : m + 9) + 2) / 5 + d - 1;
+    return OrvTime{era * 146097 + yoe * 365 + yoe / 4 - yoe / 100 + doy} - 719468;
 }
 
-bool HandFieldsInRange(int y, int m, int d, int hh, int mm, int ss)
+// The ranges, tested together without a branch per field.
+bool HandFieldsInRange(unsigned y, unsigned m, unsigned d, unsigned hh, unsigned mm, unsigned ss)
 {
-    static constexpr int kDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool leap = y % 4 == 0 && (y % 100 != 0 || y % 400 == 0);
-    return m >= 1 && m <= 12 && d >= 1 && d <= kDays[m - 1] + (m == 2 && leap) && hh <= 23 && mm <= 59 && ss <= 59;
+    static constexpr unsigned char kDays[13] = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const unsigned leap = (y % 4 == 0) & ((y % 100 != 0) | (y % 400 == 0));
+    const bool monthOk = m - 1 < 12;
+    return monthOk & (d - 1 < kDays[monthOk ? m : 0] + (m == 2 ? leap : 0)) & (hh <= 23) & (mm <= 59) & (ss <= 59);
 }
 
 // The peer compact writer: the same fields, YYYYMMDDTHHMMSSZ, into a buffer.
@@ -89,22 +92,23 @@ void HandWriteCompact(const OrvDateTime& d, char* out)
     *p = '\0';
 }
 
-// The peer compact reader: every digit and both letters checked, the ranges, and the
-// instant.
+// The peer compact reader: every digit and both letters checked (without a branch per
+// character: a digit test is gathered over all of them), the ranges, and the instant.
 bool HandReadCompact(const char* s, OrvTime* out)
 {
-    static constexpr char kShape[] = "ddddddddTddddddZ";
-    for (std::size_t i = 0; i < 16; ++i) {
-        if (kShape[i] == 'd' ? static_cast<unsigned>(s[i] - '0') > 9 : kShape[i] != s[i]) return false;
-    }
-    if (s[16] != '\0') return false;
-    auto num = [s](int at, int n) {
-        int v = 0;
-        for (int i = 0; i < n; ++i) v = v * 10 + (s[at + i] - '0');
+    unsigned bad = 0;
+    auto num = [s, &bad](int at, int n) {
+        unsigned v = 0;
+        for (int i = 0; i < n; ++i) {
+            const unsigned c = static_cast<unsigned char>(s[at + i]) - '0';
+            bad |= c > 9 ? 1 : 0;
+            v = v * 10 + c;
+        }
         return v;
     };
-    const int y = num(0, 4), m = num(4, 2), d = num(6, 2), hh = num(9, 2), mm = num(11, 2), ss = num(13, 2);
-    if (!HandFieldsInRange(y, m, d, hh, mm, ss)) return false;
+    const unsigned y = num(0, 4), m = num(4, 2), d = num(6, 2), hh = num(9, 2), mm = num(11, 2), ss = num(13, 2);
+    if ((bad != 0) | (s[8] != 'T') | (s[15] != 'Z') | (s[16] != '\0') || !HandFieldsInRange(y, m, d, hh, mm, ss))
+        return false;
     *out = (HandDays(y, m, d) * 86400 + hh * 3600 + mm * 60 + ss) * ORV_TIME_NANOSECONDS_PER_SECOND;
     return true;
 }

@@ -16,6 +16,8 @@
 #include "Timezone/SharedFixedZones.hpp"
 #include "Utils/OrvCLibInline.hpp"
 
+#include <bit>
+#include <cstdint>
 #include <cstring>
 
 namespace orv::text {
@@ -69,7 +71,7 @@ OrvTextError SettleInstant(OrvDateTime* scratch, OrvTime t, const Target& target
 
 void CommitExisting(OrvDateTime* d, const OrvDateTime& scratch)
 {
-    OrvTimezoneAssign(&d->tz, &scratch.tz);
+    AssignZone(d, &scratch.tz);
     CopyReading(d, scratch);
 }
 
@@ -213,37 +215,107 @@ bool CompactField(const char* text, OrvSizeT pos, OrvSizeT width, OrvInt* val, O
     return true;
 }
 
-// The one checker of the compact form: shape, fields left to right, ranges, then the
-// reading settled in its zone (the global UTC zone for a Z, else local) in scratch.
-OrvTextStatus CompactRead(const char* text, OrvSizeT len, const Target& local, OrvDateTime* scratch)
+// The fields and the T one by one, left to right, as CompactField reads them.
+OrvTextStatus CompactFields(const char* text, TextFields* f)
+{
+    OrvTextStatus refusal = kAccepted;
+    if (!CompactField(text, 0, 4, &f->year, &refusal) || !CompactField(text, 4, 2, &f->month, &refusal) ||
+        !CompactField(text, 6, 2, &f->day, &refusal))
+        return refusal;
+    if (text[kTPos] != 'T') return Refuse(ORV_TEXTERROR_Character, kTPos);
+    if (!CompactField(text, 9, 2, &f->hour, &refusal) || !CompactField(text, 11, 2, &f->min, &refusal) ||
+        !CompactField(text, 13, 2, &f->sec, &refusal))
+        return refusal;
+    return kAccepted;
+}
+
+// ---- the common text: fourteen digits and the T, read eight characters at a time ----
+
+constexpr std::uint64_t kEveryByte = 0x0101010101010101;
+
+inline std::uint64_t Load8(const char* p)
+{
+    std::uint64_t w;
+    std::memcpy(&w, p, sizeof w);
+    return w;
+}
+
+// Whether every byte of w is a decimal digit: its high nibble is 3, and stays 3 with
+// 6 added (no carry crosses a byte once every high nibble is 3).
+constexpr bool AllDigits(std::uint64_t w)
+{
+    return (w & 0xF0 * kEveryByte) == 0x30 * kEveryByte && ((w + 0x06 * kEveryByte) & 0xF0 * kEveryByte) == 0x30 * kEveryByte;
+}
+
+// Of eight digits in little-endian order: byte 2k of the result is the two-digit number
+// of characters 2k and 2k + 1 (at most 99, so no byte carries into the next).
+constexpr std::uint64_t DigitPairs(std::uint64_t w)
+{
+    const std::uint64_t v = w - '0' * kEveryByte;
+    return v * 10 + (v >> 8);
+}
+
+constexpr OrvInt Pair(std::uint64_t pairs, int k) { return static_cast<OrvInt>((pairs >> (16 * k)) & 0xFF); }
+
+// Characters 0..14 of the text when they are YYYYMMDDTHHMMSS with every field all
+// digits, which CompactFields reads to the same numbers; false for anything else (and
+// on machines that are not little-endian), which CompactFields then reads and refuses.
+// Reads characters 0..14 only.
+inline bool CompactDigits(const char* text, TextFields* f)
+{
+    if constexpr (std::endian::native != std::endian::little) return false;
+    const std::uint64_t date = Load8(text);
+    // Characters 7..14: the last day digit, the T (checked, then read as a '0'), the time.
+    const std::uint64_t time = Load8(text + 7) ^ (std::uint64_t{'T' ^ '0'} << 8);
+    if (text[kTPos] != 'T' || !AllDigits(date) || !AllDigits(time)) return false;
+    const std::uint64_t d = DigitPairs(date), t = DigitPairs(time);
+    f->year = Pair(d, 0) * 100 + Pair(d, 1);
+    f->month = Pair(d, 2);
+    f->day = Pair(d, 3);
+    f->hour = Pair(t, 1);
+    f->min = Pair(t, 2);
+    f->sec = Pair(t, 3);
+    return true;
+}
+
+// The one checker of the compact form: shape, fields left to right, ranges, and the
+// zone the reading is settled in (the global UTC zone for a Z, else local).
+OrvTextStatus CompactParse(const char* text, OrvSizeT len, const Target& local, TextFields* f, Target* target)
 {
     if (len != kLocalLength && len != kUtcLength)
         return Refuse(ORV_TEXTERROR_Length, len < kUtcLength ? len : kUtcLength);
-    TextFields f;
-    f.nanosPos = 0;
-    f.monthPos = 4;
-    f.dayPos = 6;
-    f.hourPos = 9;
-    f.minPos = 11;
-    f.secPos = 13;
-    OrvTextStatus refusal = kAccepted;
-    if (!CompactField(text, 0, 4, &f.year, &refusal) || !CompactField(text, 4, 2, &f.month, &refusal) ||
-        !CompactField(text, 6, 2, &f.day, &refusal))
-        return refusal;
-    if (text[kTPos] != 'T') return Refuse(ORV_TEXTERROR_Character, kTPos);
-    if (!CompactField(text, 9, 2, &f.hour, &refusal) || !CompactField(text, 11, 2, &f.min, &refusal) ||
-        !CompactField(text, 13, 2, &f.sec, &refusal))
-        return refusal;
+    f->nanosPos = 0;
+    f->monthPos = 4;
+    f->dayPos = 6;
+    f->hourPos = 9;
+    f->minPos = 11;
+    f->secPos = 13;
+    if (!CompactDigits(text, f)) [[unlikely]] {
+        const OrvTextStatus refusal = CompactFields(text, f);
+        if (refusal.error != ORV_TEXTERROR_None) return refusal;
+    }
     const bool utc = len == kUtcLength;
     if (utc && text[kZPos] != 'Z') return Refuse(ORV_TEXTERROR_Character, kZPos);
-    refusal = CheckFields(f);
-    if (refusal.error != ORV_TEXTERROR_None) return refusal;
-    const Target target = utc ? Target{OrvFixedTimezoneGetUTC(), 0, false} : local;
+    *target = utc ? Target{OrvFixedTimezoneGetUTC(), 0, false} : local;
+    return CheckFields(*f);
+}
+
+// ... then the reading settled in scratch, where the zone has its say.
+OrvTextStatus CompactSettle(const TextFields& f, const Target& target, OrvDateTime* scratch)
+{
     switch (Settle(scratch, f, target)) {
     case ORV_TEXTERROR_None: return kAccepted;
     case ORV_TEXTERROR_Skipped: return Refuse(ORV_TEXTERROR_Skipped, f.hourPos);
     default: return Refuse(ORV_TEXTERROR_NoOffset, 0);
     }
+}
+
+OrvTextStatus CompactRead(const char* text, OrvSizeT len, const Target& local, OrvDateTime* scratch)
+{
+    TextFields f;
+    Target target;
+    const OrvTextStatus refusal = CompactParse(text, len, local, &f, &target);
+    return refusal.error != ORV_TEXTERROR_None ? refusal : CompactSettle(f, target, scratch);
 }
 
 OrvDateTime* ConstructFromText(OrvDateTime* d, const char* text, OrvSizeT len, const OrvTimezone* tz)
@@ -257,19 +329,45 @@ OrvDateTime* ConstructFromText(OrvDateTime* d, const char* text, OrvSizeT len, c
 
 OrvBool OrvDateTimeDoSetString_(OrvDateTime* d, const char* cstr, OrvSizeT len)
 {
+    TextFields f;
+    Target target;
+    if (CompactParse(cstr, len, OwnTarget(d), &f, &target).error != ORV_TEXTERROR_None) return ORV_FALSE;
+    if (SettlesAlone(f, target)) [[likely]] {
+        // Nothing can refuse the reading now: it goes straight into d.
+        AssignZone(d, target.zone);
+        d->floating = target.floating ? ORV_TRUE : ORV_FALSE;
+        StoreSettled(d, f, target);
+        return ORV_TRUE;
+    }
     OrvDateTime scratch;
-    if (CompactRead(cstr, len, OwnTarget(d), &scratch).error != ORV_TEXTERROR_None)
-        return ORV_FALSE;
+    if (CompactSettle(f, target, &scratch).error != ORV_TEXTERROR_None) return ORV_FALSE;
     CommitExisting(d, scratch);
     return ORV_TRUE;
 }
 
 OrvBool OrvDateTimeGetString(const OrvDateTime* d, OrvString* str)
 {
-    if (OrvStringAssignFormatted(str, "%04d%02d%02dT%02d%02d%02d", d->year, d->month, d->monthDay, d->hour, d->min,
-                                 d->sec) == nullptr)
+    // Fields of two digits and a year of four (any normalized value of years 0..9999)
+    // are written at fixed width here, with the same characters the format gives.
+    const bool fixedWidth = static_cast<OrvUint32>(d->year) <= 9999 && static_cast<OrvUint32>(d->month) <= 99 &&
+                            static_cast<OrvUint32>(d->monthDay) <= 99 && static_cast<OrvUint32>(d->hour) <= 99 &&
+                            static_cast<OrvUint32>(d->min) <= 99 && static_cast<OrvUint32>(d->sec) <= 99;
+    if (fixedWidth) [[likely]] {
+        char buf[kLocalLength + 1];
+        char* p = PutIsoYear(buf, d->year);
+        p = Put2(p, static_cast<unsigned>(d->month));
+        p = Put2(p, static_cast<unsigned>(d->monthDay));
+        *p++ = 'T';
+        p = Put2(p, static_cast<unsigned>(d->hour));
+        p = Put2(p, static_cast<unsigned>(d->min));
+        p = Put2(p, static_cast<unsigned>(d->sec));
+        *p = '\0';
+        if (OrvStringAssignCStr(str, buf) == nullptr) return ORV_FALSE;
+    } else if (OrvStringAssignFormatted(str, "%04d%02d%02dT%02d%02d%02d", d->year, d->month, d->monthDay, d->hour,
+                                        d->min, d->sec) == nullptr) {
         return ORV_FALSE;
-    if (OrvDateTimeIsUTC(d) && OrvStringAppendChar(str, 'Z') == nullptr) return ORV_FALSE;
+    }
+    if (orv::detail::IsGlobalUtc(&d->tz) && OrvStringAppendChar(str, 'Z') == nullptr) return ORV_FALSE;
     return ORV_TRUE;
 }
 
@@ -288,7 +386,7 @@ OrvBool OrvDateTimeSetString(OrvDateTime* d, const OrvString* str)
     return OrvDateTimeDoSetString_(d, OrvStringCStr(str), OrvStringLength(str));
 }
 
-OrvBool OrvDateTimeSetCStr(OrvDateTime* d, const char* str) { return OrvDateTimeDoSetString_(d, str, OrvStrLen(str)); }
+OrvBool OrvDateTimeSetCStr(OrvDateTime* d, const char* str) { return OrvDateTimeDoSetString_(d, str, std::strlen(str)); }
 
 OrvBool OrvDateTimeExplainCStr(const char* text, const OrvTimezone* tz, OrvTextStatus* status)
 {

@@ -138,20 +138,43 @@ inline void Alias(OrvDateTime* scratch, const Target& t)
     scratch->minimalDaysInFirstWeek = 4;
 }
 
-// SettleInZone, with the common case inline: a zone of one known offset, and a year
-// whose every reading has an instant, where the instant follows from the fields alone,
-// as the normalization would find it.
+// Whether the reading f settles in t without asking the zone: a zone of one known
+// offset, and a year whose every reading has an instant.
+inline bool SettlesAlone(const TextFields& f, const Target& t)
+{
+    return t.offset != ORV_TIME_INVALID && f.year >= 1678 && f.year <= 2261;
+}
+
+// Stores the reading f settled in t (SettlesAlone) into d: fields, instant, offset and
+// the consistent state, as the normalization would find them. The zone handle, the
+// floating flag and the week settings are the caller's.
+inline void StoreSettled(OrvDateTime* d, const TextFields& f, const Target& t)
+{
+    const OrvInt64 secs = cal::LocalSecondsFromDays(cal::DaysFromCivil(f.year, f.month, f.day), f.hour, f.min, f.sec);
+    detail::StoreReading(d, f.year, f.month, f.day, f.hour, f.min, f.sec, f.nanos);
+    d->normalized = ORV_TRUE;
+    d->offset = t.offset;
+    d->wallTime = secs * cal::kNanosecondsPerSecond + f.nanos - t.offset;
+}
+
+// SettleInZone, with the common case (SettlesAlone) inline.
 inline OrvTextError Settle(OrvDateTime* scratch, const TextFields& f, const Target& t)
 {
-    if (t.offset == ORV_TIME_INVALID || f.year < 1678 || f.year > 2261) [[unlikely]]
+    if (!SettlesAlone(f, t)) [[unlikely]]
         return SettleInZone(scratch, f, t);
     Alias(scratch, t);
-    const OrvInt64 secs = cal::LocalSecondsFromDays(cal::DaysFromCivil(f.year, f.month, f.day), f.hour, f.min, f.sec);
-    detail::StoreReading(scratch, f.year, f.month, f.day, f.hour, f.min, f.sec, f.nanos);
-    scratch->normalized = ORV_TRUE;
-    scratch->offset = t.offset;
-    scratch->wallTime = secs * cal::kNanosecondsPerSecond + f.nanos - t.offset;
+    StoreSettled(scratch, f, t);
     return ORV_TEXTERROR_None;
+}
+
+// OrvTimezoneAssign(&d->tz, zone), with the case of one count (or two uncounted
+// handles), where it only copies the handle, in place.
+inline void AssignZone(OrvDateTime* d, const OrvTimezone* zone)
+{
+    if (d->tz.impl.ref == zone->impl.ref)
+        d->tz.impl = zone->impl;
+    else
+        OrvTimezoneAssign(&d->tz, zone);
 }
 
 // Fills scratch with the instant t read in target, as Settle does. False when the
