@@ -489,15 +489,20 @@ void RegisterSetRows(const char* impl, int n)
     whole(benchmark::RegisterBenchmark(("SetErase:" + name).c_str(), SetErase<S>));
 }
 
-template <class V>
-void RegisterVectorRows(const char* impl)
+// Each row beside its peer, so that both find the heap as the other left it (the rows
+// are bound by memory, and where a block lands matters).
+void RegisterVectorRows()
 {
-    const std::string name(impl);
-    for (auto* b : {benchmark::RegisterBenchmark(("VectorPushBack:" + name).c_str(), VectorPushBack<V, false>),
-                    benchmark::RegisterBenchmark(("VectorPushBackReserved:" + name).c_str(), VectorPushBack<V, true>),
-                    benchmark::RegisterBenchmark(("VectorDestroy:" + name).c_str(), VectorDestroy<V>)}) {
-        b->Arg(1000000)->Unit(benchmark::kMillisecond);
-    }
+    const auto both = [](const char* row, benchmark::internal::Function* orv, benchmark::internal::Function* peer) {
+        for (const auto& [impl, f] : {std::pair{":orv", orv}, std::pair{":std::vector", peer}}) {
+            benchmark::RegisterBenchmark((row + std::string(impl)).c_str(), f)
+                ->Arg(1000000)
+                ->Unit(benchmark::kMillisecond);
+        }
+    };
+    both("VectorPushBack", VectorPushBack<OrvVec, false>, VectorPushBack<StdVec, false>);
+    both("VectorPushBackReserved", VectorPushBack<OrvVec, true>, VectorPushBack<StdVec, true>);
+    both("VectorDestroy", VectorDestroy<OrvVec>, VectorDestroy<StdVec>);
 }
 
 const bool kRegistered = [] {
@@ -508,8 +513,7 @@ const bool kRegistered = [] {
                     benchmark::RegisterBenchmark("OrvcalSortPeakKiB:sort -u", OrvcalSort<false, true>)}) {
         b->Arg(static_cast<int>(kSortLines))->UseManualTime()->Iterations(1);
     }
-    RegisterVectorRows<OrvVec>("orv");
-    RegisterVectorRows<StdVec>("std::vector");
+    RegisterVectorRows();
     // Per size, every implementation's rows run one after the other, so the set that
     // the insert row leaves behind serves the rows after it. The peer ordered through
     // OrvDateTimeLess stops at 1e5, to keep a short run (--benchmark_min_time=0.01)
