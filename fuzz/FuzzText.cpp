@@ -107,8 +107,11 @@ void Pattern(std::string_view input, const OrvTimezone* tz, OrvString* s)
     }
     if (!built) return;
     FUZZ_CHECK(OrvDateTimeFormat(&d, pattern.c_str(), s));
-    // A floating value writes nothing for %z, %Ez and %Z, which the reader then misses.
-    if (d.floating && pattern.find_first_of("zZ") != std::string::npos) return OrvDateTimeDestruct(&d);
+    // A floating value writes nothing for %z, %Ez and %Z, which the reader then misses;
+    // an offset read (up to +hhmmss) takes the digits of a conversion right after it.
+    if ((d.floating && pattern.find_first_of("zZ") != std::string::npos) || pattern.find("z%") != std::string::npos ||
+        pattern.find("Z%") != std::string::npos)
+        return OrvDateTimeDestruct(&d);
     const std::string written = OrvStringCStr(s);
     if (!OrvDateTimeConstructParse(&back, pattern.c_str(), written.data(), written.size(), tz, &st)) {
         if (st.error == ORV_TEXTERROR_Allocation) return OrvDateTimeDestruct(&d);
