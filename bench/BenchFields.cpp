@@ -23,6 +23,7 @@ struct Samples {
     std::vector<OrvDateTime> values; // consistent, Monday/4
     std::vector<year_month_day> dates;
     std::vector<OrvTime> instants;
+    std::vector<int> isoWeeks; // from the library, to check the peer against
     OrvTimezone zones[3];
 
     Samples()
@@ -39,6 +40,7 @@ struct Samples {
             OrvDateTimeConstruct(d, dist(rng), &zones[i % 3]);
             dates.push_back(year{d->year} / month{static_cast<unsigned>(d->month)} / day{static_cast<unsigned>(d->monthDay)});
             instants.push_back(d->wallTime);
+            isoWeeks.push_back(OrvDateTimeGetField(d, ORV_DATETIMEFIELD_WeekOfYear));
         }
     }
     ~Samples()
@@ -84,14 +86,25 @@ void WeekOfYearOrv(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
-// ISO 8601: the week's Thursday decides the year; the week number counts from the
-// first Thursday of that year.
+// ISO 8601 weeks of a year: 53 when 1 January is a Thursday, or a Wednesday in a leap
+// year; jan1 is its ISO weekday, 1 (Monday) .. 7.
+int IsoWeeksInYear(int jan1, bool leap) { return jan1 == 4 || (leap && jan1 == 3) ? 53 : 52; }
+
+// ISO 8601 week number from the day of the year and the weekday, with the two
+// corrections at the ends of the year (two day counts and a weekday in all).
 unsigned IsoWeek(year_month_day ymd)
 {
     const sys_days day{ymd};
-    const sys_days thursday = day - (weekday{day} - Monday) + days{3};
-    const sys_days jan1{year_month_day{thursday}.year() / January / 1};
-    return static_cast<unsigned>((thursday - jan1).count() / 7 + 1);
+    const int wd = static_cast<int>(weekday{day}.iso_encoding());
+    const int doy = static_cast<int>((day - sys_days{ymd.year() / January / 1}).count()) + 1;
+    const int jan1 = (wd - doy + 7 * 53) % 7 + 1; // ISO weekday of 1 January
+    const int week = (doy - wd + 10) / 7;
+    if (week < 1) {
+        const year prev = ymd.year() - years{1};
+        const int prevJan1 = (jan1 - 1 - (prev.is_leap() ? 366 : 365) + 7 * 53) % 7 + 1;
+        return static_cast<unsigned>(IsoWeeksInYear(prevJan1, prev.is_leap()));
+    }
+    return static_cast<unsigned>(week > IsoWeeksInYear(jan1, ymd.year().is_leap()) ? 1 : week);
 }
 
 void WeekOfYearChrono(benchmark::State& state)
@@ -100,6 +113,12 @@ void WeekOfYearChrono(benchmark::State& state)
     std::size_t i = 0;
     for (auto _ : state) {
         benchmark::DoNotOptimize(IsoWeek(dates[i++ & (kCount - 1)]));
+    }
+    for (std::size_t k = 0; k < kCount; ++k) {
+        if (static_cast<int>(IsoWeek(dates[k])) != Get().isoWeeks[k]) {
+            state.SkipWithError("wrong week");
+            break;
+        }
     }
     state.SetItemsProcessed(state.iterations());
 }

@@ -188,6 +188,7 @@ TEST(CivilFromDays, FarYearsRoundTrip)
             EXPECT_EQ(d.month, month);
             EXPECT_EQ(d.day, 28);
             EXPECT_EQ(days, RefDaysSinceEpoch(year, month, 28));
+            EXPECT_EQ(WeekdayOfDays(days), FloorMod<OrvInt64>(days + 4, 7));
         }
     }
     // Both sides of the limit of the fast form, 365 * 999999 days.

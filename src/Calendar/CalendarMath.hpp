@@ -225,10 +225,13 @@ constexpr OrvInt64 DaysFromFields(OrvInt64 year, OrvInt64 month, OrvInt64 day)
     return DaysFromCivil(year, m, day);
 }
 
-// 0 (Sunday) .. 6 (Saturday) of a day count; day 0, 1970-01-01, is a Thursday.
+// 0 (Sunday) .. 6 (Saturday) of a day count, |days| < 2^61; day 0, 1970-01-01, is a
+// Thursday. A whole number of weeks added makes the count positive, so the remainder
+// is an unsigned one.
 constexpr OrvInt WeekdayOfDays(OrvInt64 days)
 {
-    return static_cast<OrvInt>(FloorMod<OrvInt64>(days + 4, kDaysPerWeek));
+    constexpr OrvInt64 kWeeks = OrvInt64{kDaysPerWeek} << 59; // 7 * 2^59: the sum stays in (0, 2^63)
+    return static_cast<OrvInt>(static_cast<std::uint64_t>(days + kWeeks + 4) % kDaysPerWeek);
 }
 
 struct CivilDate {

@@ -97,24 +97,10 @@ bool Confirm(OrvDateTime* d)
     return false;
 }
 
-// OrvDateTimeNormalizeAndSetWall for a value that is not consistent, compiled into the
-// two entries of this file that settle fields.
-inline bool Settle(OrvDateTime* d)
+// The instant of normalized fields at local second secs in a zone that must be asked.
+[[gnu::noinline]] bool SettleInZone(OrvDateTime* d, OrvInt64 secs)
 {
-    if (!d->normalized) {
-        if (FieldsInRange(d)) [[likely]]
-            d->normalized = ORV_TRUE;
-        else
-            CarryFields(d);
-    }
-    const OrvInt64 secs = LocalSecondsOf(d); // |secs| < 2^59
     OrvTimezoneImpl* const impl = d->tz.impl.ptr;
-    if (orv::detail::IsGlobalUtc(&d->tz)) {
-        // Both of the zone's answers are 0: the instant follows from the fields alone.
-        d->offset = 0;
-        SetWallFromLocalSeconds(d, secs);
-        return true;
-    }
     if (d->offset == ORV_TIME_INVALID) {
         orv::tzdb::LocalOffset answer;
         if (orv::tzdb::IsTzdbImpl(impl) && orv::tzdb::OffsetOfLocal(impl, secs, d->nanosec, &answer)) {
@@ -131,6 +117,24 @@ inline bool Settle(OrvDateTime* d)
     }
     SetWallFromLocalSeconds(d, secs);
     return d->wallTime == ORV_TIME_INVALID || Confirm(d);
+}
+
+// OrvDateTimeNormalizeAndSetWall for a value that is not consistent, compiled into the
+// two entries of this file that settle fields; the global UTC zone's case in place.
+inline bool Settle(OrvDateTime* d)
+{
+    if (!d->normalized) {
+        if (FieldsInRange(d)) [[likely]]
+            d->normalized = ORV_TRUE;
+        else
+            CarryFields(d);
+    }
+    const OrvInt64 secs = LocalSecondsOf(d); // |secs| < 2^59
+    if (!orv::detail::IsGlobalUtc(&d->tz)) return SettleInZone(d, secs);
+    // Both of the zone's answers are 0: the instant follows from the fields alone.
+    d->offset = 0;
+    SetWallFromLocalSeconds(d, secs);
+    return true;
 }
 
 } // namespace
