@@ -97,20 +97,11 @@ bool Confirm(OrvDateTime* d)
     return false;
 }
 
-// The instant of normalized fields at local second secs in a zone that must be asked.
+// The instant of normalized fields at local second secs in a zone that must be asked
+// through its plug-in, or whose offset is already known.
 [[gnu::noinline]] bool SettleInZone(OrvDateTime* d, OrvInt64 secs)
 {
-    OrvTimezoneImpl* const impl = d->tz.impl.ptr;
     if (d->offset == ORV_TIME_INVALID) {
-        orv::tzdb::LocalOffset answer;
-        if (orv::tzdb::IsTzdbImpl(impl) && orv::tzdb::OffsetOfLocal(impl, secs, d->nanosec, &answer)) {
-            // The answer getOffsetFromFields gives; getOffset gives it too at every
-            // instant of [answer.from, answer.to].
-            d->offset = answer.offset;
-            SetWallFromLocalSeconds(d, secs);
-            return d->wallTime == ORV_TIME_INVALID || (d->wallTime >= answer.from && d->wallTime <= answer.to) ||
-                   Confirm(d);
-        }
         d->offset = OrvTimezoneGetOffsetFromFieldsInline(&d->tz, d->year, d->month, d->monthDay, d->hour, d->min,
                                                          d->sec, d->nanosec);
         if (d->offset == ORV_TIME_INVALID) return false;
@@ -120,7 +111,8 @@ bool Confirm(OrvDateTime* d)
 }
 
 // OrvDateTimeNormalizeAndSetWall for a value that is not consistent, compiled into the
-// two entries of this file that settle fields; the global UTC zone's case in place.
+// two entries of this file that settle fields: the global UTC zone's case and a
+// database zone's in place.
 inline bool Settle(OrvDateTime* d)
 {
     if (!d->normalized) {
@@ -130,11 +122,24 @@ inline bool Settle(OrvDateTime* d)
             CarryFields(d);
     }
     const OrvInt64 secs = LocalSecondsOf(d); // |secs| < 2^59
-    if (!orv::detail::IsGlobalUtc(&d->tz)) return SettleInZone(d, secs);
-    // Both of the zone's answers are 0: the instant follows from the fields alone.
-    d->offset = 0;
-    SetWallFromLocalSeconds(d, secs);
-    return true;
+    OrvTimezoneImpl* const impl = d->tz.impl.ptr;
+    if (orv::detail::IsGlobalUtc(&d->tz)) {
+        // Both of the zone's answers are 0: the instant follows from the fields alone.
+        d->offset = 0;
+        SetWallFromLocalSeconds(d, secs);
+        return true;
+    }
+    orv::tzdb::LocalOffset answer;
+    if (d->offset == ORV_TIME_INVALID && orv::tzdb::IsTzdbImpl(impl) &&
+        orv::tzdb::OffsetOfLocal(impl, secs, d->nanosec, &answer)) {
+        // The answer getOffsetFromFields gives; getOffset gives it too at every instant
+        // of [answer.from, answer.to].
+        d->offset = answer.offset;
+        SetWallFromLocalSeconds(d, secs);
+        return d->wallTime == ORV_TIME_INVALID || (d->wallTime >= answer.from && d->wallTime <= answer.to) ||
+               Confirm(d);
+    }
+    return SettleInZone(d, secs);
 }
 
 } // namespace
