@@ -77,17 +77,29 @@ bool HandFieldsInRange(unsigned y, unsigned m, unsigned d, unsigned hh, unsigned
     return monthOk & (d - 1 < kDays[monthOk ? m : 0] + (m == 2 ? leap : 0)) & (hh <= 23) & (mm <= 59) & (ss <= 59);
 }
 
-// The peer compact writer: the same fields, YYYYMMDDTHHMMSSZ, into a buffer.
-void HandWriteCompact(const OrvDateTime& d, char* out)
+// The peers' date and time of day, fixed width: YYYY-MM-DDTHH:MM:SS, or without the
+// separators but the T.
+template <bool kExtended>
+char* HandPutReading(char* p, const OrvDateTime& d)
 {
-    char* p = Put2(out, static_cast<unsigned>(d.year / 100));
+    p = Put2(p, static_cast<unsigned>(d.year / 100));
     p = Put2(p, static_cast<unsigned>(d.year % 100));
+    if (kExtended) *p++ = '-';
     p = Put2(p, static_cast<unsigned>(d.month));
+    if (kExtended) *p++ = '-';
     p = Put2(p, static_cast<unsigned>(d.monthDay));
     *p++ = 'T';
     p = Put2(p, static_cast<unsigned>(d.hour));
+    if (kExtended) *p++ = ':';
     p = Put2(p, static_cast<unsigned>(d.min));
-    p = Put2(p, static_cast<unsigned>(d.sec));
+    if (kExtended) *p++ = ':';
+    return Put2(p, static_cast<unsigned>(d.sec));
+}
+
+// The peer compact writer: the same fields, YYYYMMDDTHHMMSSZ, into a buffer.
+void HandWriteCompact(const OrvDateTime& d, char* out)
+{
+    char* p = HandPutReading<false>(out, d);
     *p++ = 'Z';
     *p = '\0';
 }
@@ -278,18 +290,7 @@ const IsoSamples& Iso()
 // The peer writer: the same fields, the same form, fixed width, into a buffer.
 void HandWrite(const OrvDateTime& d, char* out)
 {
-    char* p = Put2(out, static_cast<unsigned>(d.year / 100));
-    p = Put2(p, static_cast<unsigned>(d.year % 100));
-    *p++ = '-';
-    p = Put2(p, static_cast<unsigned>(d.month));
-    *p++ = '-';
-    p = Put2(p, static_cast<unsigned>(d.monthDay));
-    *p++ = 'T';
-    p = Put2(p, static_cast<unsigned>(d.hour));
-    *p++ = ':';
-    p = Put2(p, static_cast<unsigned>(d.min));
-    *p++ = ':';
-    p = Put2(p, static_cast<unsigned>(d.sec));
+    char* p = HandPutReading<true>(out, d);
     *p++ = '.';
     unsigned ns = static_cast<unsigned>(d.nanosec);
     for (int i = 8; i >= 0; --i, ns /= 10) p[i] = static_cast<char>('0' + ns % 10);

@@ -140,17 +140,7 @@ OrvBool OrvDateTimeGetISO8601(const OrvDateTime* d, OrvString* str, OrvInt fract
     if (fractionDigits < -1 || fractionDigits > 9) return ORV_FALSE;
     if (!orv::detail::Normalize(d)) return ORV_FALSE;
     char buf[64];
-    char* p = PutIsoYear(buf, d->year);
-    *p++ = '-';
-    p = Put2(p, static_cast<unsigned>(d->month));
-    *p++ = '-';
-    p = Put2(p, static_cast<unsigned>(d->monthDay));
-    *p++ = 'T';
-    p = Put2(p, static_cast<unsigned>(d->hour));
-    *p++ = ':';
-    p = Put2(p, static_cast<unsigned>(d->min));
-    *p++ = ':';
-    p = Put2(p, static_cast<unsigned>(d->sec));
+    char* p = PutReading(buf, d, true);
     p = PutFraction(p, d->nanosec, fractionDigits);
     if (!d->floating) {
         if (orv::detail::IsGlobalUtc(&d->tz)) *p++ = 'Z';

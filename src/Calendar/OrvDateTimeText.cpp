@@ -354,14 +354,7 @@ OrvBool OrvDateTimeGetString(const OrvDateTime* d, OrvString* str)
                             static_cast<OrvUint32>(d->min) <= 99 && static_cast<OrvUint32>(d->sec) <= 99;
     if (fixedWidth) [[likely]] {
         char buf[kLocalLength + 1];
-        char* p = PutIsoYear(buf, d->year);
-        p = Put2(p, static_cast<unsigned>(d->month));
-        p = Put2(p, static_cast<unsigned>(d->monthDay));
-        *p++ = 'T';
-        p = Put2(p, static_cast<unsigned>(d->hour));
-        p = Put2(p, static_cast<unsigned>(d->min));
-        p = Put2(p, static_cast<unsigned>(d->sec));
-        *p = '\0';
+        *PutReading(buf, d, false) = '\0';
         if (OrvStringAssignCStr(str, buf) == nullptr) return ORV_FALSE;
     } else if (OrvStringAssignFormatted(str, "%04d%02d%02dT%02d%02d%02d", d->year, d->month, d->monthDay, d->hour,
                                         d->min, d->sec) == nullptr) {

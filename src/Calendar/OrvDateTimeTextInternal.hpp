@@ -255,6 +255,24 @@ inline char* PutIsoYear(char* p, OrvInt year)
     return PutInt(p, year, 4);
 }
 
+// The date and time of day of d's fields: YYYY-MM-DDTHH:MM:SS (extended) or
+// YYYYMMDDTHHMMSS, the year as PutIsoYear writes it, every other field 0..99 in two
+// digits.
+inline char* PutReading(char* p, const OrvDateTime* d, bool extended)
+{
+    p = PutIsoYear(p, d->year);
+    if (extended) *p++ = '-';
+    p = Put2(p, static_cast<unsigned>(d->month));
+    if (extended) *p++ = '-';
+    p = Put2(p, static_cast<unsigned>(d->monthDay));
+    *p++ = 'T';
+    p = Put2(p, static_cast<unsigned>(d->hour));
+    if (extended) *p++ = ':';
+    p = Put2(p, static_cast<unsigned>(d->min));
+    if (extended) *p++ = ':';
+    return Put2(p, static_cast<unsigned>(d->sec));
+}
+
 // '.' and the first `digits` digits of the nanoseconds; digits -1: the fewest that
 // are exact, nothing for 0; digits 0: nothing.
 char* PutFraction(char* p, OrvInt nanos, int digits);
