@@ -336,7 +336,7 @@ constexpr Reading ReadingFromLocalNanoseconds(OrvInt64 localNs)
     const OrvInt64 secs = DivDownAndMod<OrvInt64>(localNs, kNanosecondsPerSecond, &nanos); // [-9223372037, 9223372036]
     OrvInt64 secOfDay;
     const OrvInt64 days = DivDownAndMod<OrvInt64>(secs, kSecondsPerDay, &secOfDay);       // [-106752, 106751]
-    const Hms<OrvInt> hms = HmsFromSeconds(static_cast<OrvInt>(secOfDay));                           // of [0, 86399]
+    const Hms<OrvInt> hms = HmsFromSeconds(static_cast<OrvInt>(secOfDay));
     const CivilDate date = CivilFromInstantDays(static_cast<OrvInt>(days));
     return {date.year, date.month, date.day, hms.hour, hms.minute, hms.second, nanos};
 }
